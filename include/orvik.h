@@ -1,0 +1,212 @@
+/*
+ * orvik.h - public C API of liborvikopt.
+ *
+ * Images are caller-owned: a pointer to the top-left pixel, a width and a
+ * height in pixels and a stride in bytes between row starts.  Entry points
+ * without a stride argument use the packed row size; in `_v2`/`_v3` entries a
+ * stride of 0 also means "packed".  Source and destination never overlap.
+ *
+ * Call ovkSetOperationMode() once before the first operation: it fills the
+ * function tables that every entry dispatches through.
+ */
+#ifndef ORVIK_H
+#define ORVIK_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#if defined(_WIN32)
+#define OVK_API __declspec(dllexport)
+#else
+#define OVK_API __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Status codes ------------------------------------------------------ */
+
+typedef uint32_t ovkStatusCode;
+
+#define ORVIK_STATUS_SUCCESS 0u
+#define ORVIK_STATUS_FAILURE 1u
+#define ORVIK_STATUS_REGION_ERROR 2u
+#define ORVIK_STATUS_BAD_PARAM 3u
+#define ORVIK_STATUS_NO_RESOURCES 5u
+#define ORVIK_STATUS_UNSUPPORTED 6u
+/* Internal: a back-end declined the call; the entry retries it on the vector
+ * implementation, so callers only see it if that one declines too. */
+#define ORVIK_STATUS_FALLBACK 0x8000u
+
+/* ---- Border handling of the `_v3` filters --------------------------------- */
+
+/* A plain integer, so that out-of-range values from callers stay defined. */
+typedef uint32_t ovkBorderType;
+#define ORVIK_BORDER_UNDEFINED 0u /* border pixels of dst are not written */
+#define ORVIK_BORDER_CONSTANT 1u  /* missing taps read borderValue */
+#define ORVIK_BORDER_REPLICATE 2u /* missing taps read the nearest edge pixel */
+
+/* ---- Operation modes ------------------------------------------------------ */
+
+#define ORVIK_OP_LOW_POWER 0u
+#define ORVIK_OP_PERFORMANCE 1u
+#define ORVIK_OP_CPU_OFFLOAD 2u
+#define ORVIK_OP_CPU_PERFORMANCE 3u
+#define ORVIK_OP_EXT_RDSP 0x80000400u
+#define ORVIK_OP_EXT_GPU 0x80000020u
+
+/* Fills the function tables and selects an implementation for every
+ * operation.  Returns 0 on success, 999 on an ARM processor without
+ * floating-point or vector unit, -1 for an unknown extended mode. */
+OVK_API int32_t ovkSetOperationMode(uint32_t mode);
+/* 0 selects ORVIK_OP_EXT_RDSP, 1 ORVIK_OP_EXT_GPU; returns 0 or 1 (failure). */
+OVK_API int32_t ovkSetOperationModeExt(uint32_t option);
+/* For clients that call back-end kernels through the remote pointers. */
+OVK_API int32_t ovkSetOperationModeRemoteLib(uint32_t mode);
+/* Ends DSP and GPU sessions; a later mode change brings them up again. */
+OVK_API void ovkCleanUp(void);
+
+/* ---- Utilities ------------------------------------------------------------ */
+
+/* Copies "1.7.1" and its terminating zero; a length below 6 zero-fills. */
+OVK_API void ovkGetVersion(char* buffer, unsigned int length);
+/* Formats a message ("%4d| " line prefix when line != 0) and writes it to the
+ * platform log under the base name of `file`.  Returns the formatted length. */
+OVK_API int ovkLogAssert(const char* file, int line, int priority, const char* format, ...);
+/* Wall-clock time in microseconds. */
+OVK_API uint64_t ovkGetTime(void);
+
+/* Outside Android, log lines go to this sink (default: stderr as
+ * "<D|I|W|E>/<tag>: <message>").  Pass NULL to restore the default. */
+typedef void (*ovkLogSink)(int priority, const char* tag, const char* message);
+OVK_API void ovkSetLogSink(ovkLogSink sink);
+
+/* ---- Hardware ------------------------------------------------------------- */
+
+/* Hardware report: bit 1 probe done, 2 vector unit, 3 DSP ready, 5 GPU ready,
+ * 7 floating-point unit, 8 architecture 7 or later, 11 supported board. */
+OVK_API uint64_t ovkAvailableHardware(uint32_t mode);
+OVK_API uint32_t ovkAvailableHWComponent(uint32_t mode);
+OVK_API uint32_t ovk_check_only_cpu(void);
+OVK_API int32_t ovkAvailableProcessors(void);
+OVK_API int32_t ovkHasGPU(void);
+/* Optional override library "/data/local/libovkopt.so". */
+OVK_API int32_t ovkPlatformOptLoad(void);
+OVK_API void* ovkPlatformOptGetFunc(const char* name);
+OVK_API int32_t ovkPlatformOptClose(void);
+
+/* ---- Memory --------------------------------------------------------------- */
+
+OVK_API void* ovkMemAlloc(uint32_t size, uint32_t alignment);
+OVK_API void ovkMemFree(void* ptr);
+OVK_API void* ovkMemAlign(uint32_t size, uint32_t alignment);
+OVK_API void ovkMemAlignFree(void* ptr);
+OVK_API void ovkMemInit(void);
+OVK_API int32_t ovkMemInitPreAlloc(uint32_t size);
+OVK_API int32_t ovkMemDeInit(void);
+
+/* Scratch buffers borrowed by the implementations; replaceable. */
+typedef void* (*ovkGetScratchBufferAlignedFn)(uint32_t size, uint32_t alignment);
+typedef void* (*ovkGetScratchBufferUnalignedFn)(uint32_t size);
+typedef void (*ovkReleaseScratchBufferFn)(void* ptr);
+OVK_API extern ovkGetScratchBufferAlignedFn ovkGetScratchBufferAligned_;
+OVK_API extern ovkGetScratchBufferUnalignedFn ovkGetScratchBufferUnaligned_;
+OVK_API extern ovkReleaseScratchBufferFn ovkReleaseScratchBuffer_;
+
+/* ---- Block storage and sequences -------------------------------------------- */
+
+typedef struct ovkMemBlock {
+  struct ovkMemBlock* prev;
+  struct ovkMemBlock* next;
+} ovkMemBlock;
+
+typedef struct ovkMemStorage {
+  ovkMemBlock* bottom;  /* first block */
+  ovkMemBlock* top;     /* last block */
+  uint32_t blockSize;   /* bytes per block, links included (default 65408) */
+  uint32_t freeSpace;   /* bytes left in the last block */
+} ovkMemStorage;
+
+typedef struct ovkSeq {
+  uint32_t total;         /* element count */
+  uint32_t elemSize;      /* bytes per element */
+  uint8_t* blockMax;      /* end of the current block's element area */
+  uint8_t* ptr;           /* write position */
+  uint32_t elemsPerBlock;
+  uint32_t headerSize;    /* offset of the data in a block */
+  ovkMemStorage* storage;
+} ovkSeq;
+
+typedef struct ovkSeqReader {
+  uint8_t* ptr;           /* read position */
+  uint8_t* blockMax;      /* end of the current block's element area */
+  ovkMemBlock* block;
+  ovkSeq* seq;
+} ovkSeqReader;
+
+OVK_API void ovkInitMemStorage(ovkMemStorage* storage);
+OVK_API int32_t ovkDeInitMemStorage(ovkMemStorage* storage);
+OVK_API void* ovkAllocateMemBlock(ovkMemStorage* storage, int32_t size);
+OVK_API int32_t ovkInitSeq(ovkSeq* seq, uint32_t elemSize, ovkMemStorage* storage);
+OVK_API int32_t ovkClearSeq(ovkSeq* seq);
+OVK_API int32_t ovkSeqPush(ovkSeq* seq, const void* element);
+OVK_API void ovkSeqPushMulti(ovkSeq* seq, const void* elements, uint32_t count);
+OVK_API void* ovkGetSeqElem(ovkSeq* seq, uint32_t index);
+OVK_API void ovkSeqPopMulti(ovkSeq* seq, void* elements, uint32_t count);
+OVK_API void ovkStartReadSeq(ovkSeq* seq, ovkSeqReader* reader);
+OVK_API void ovkNextSeqElem(ovkSeqReader* reader, int32_t step);
+
+/* ---- Smoothing filters ------------------------------------------------------ */
+
+/*
+ * 3x3 Gaussian, kernel (1 2 1)^T (1 2 1) / 16, truncating: interior pixels
+ * (rows 1..height-2, columns 1..width-2) are (sum of weighted taps) >> 4.
+ * blurBorder == 1 also writes the outermost rows and columns, each as the
+ * weighted sum of the taps inside the image divided (truncating) by the sum of
+ * their weights; any other value leaves them untouched.
+ */
+OVK_API void ovkFilterGaussian3x3u8(const uint8_t* src, uint32_t width, uint32_t height,
+                                    uint8_t* dst, int32_t blurBorder);
+OVK_API void ovkFilterGaussian3x3u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                       uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
+                                       int32_t blurBorder);
+/*
+ * Same interior; the border pixels by borderType: UNDEFINED leaves them
+ * untouched, CONSTANT reads borderValue for every tap outside the image,
+ * REPLICATE reads the nearest edge pixel; both then shift by 4 like the
+ * interior.  Returns ORVIK_STATUS_BAD_PARAM for a null pointer, a zero size
+ * or an unknown border type.
+ */
+OVK_API ovkStatusCode ovkFilterGaussian3x3u8_v3(const uint8_t* src, uint32_t srcWidth,
+                                                uint32_t srcHeight, uint32_t srcStride,
+                                                uint8_t* dst, uint32_t dstStride,
+                                                ovkBorderType borderType, uint8_t borderValue);
+
+/* ---- Kernel pointers --------------------------------------------------------- */
+
+/*
+ * For every operation `ovkX`, `ovkX_` holds its portable kernel and `ppovkX`
+ * the address of `ovkX_`, for clients that call or replace a kernel directly.
+ * Operations with a DSP or GPU form also have `ovkXR_`, filled by
+ * ovkSetOperationModeRemoteLib() when such a back-end is ready.
+ */
+typedef void (*ovkFilterGaussian3x3u8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                         uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
+                                         int32_t blurBorder);
+typedef ovkStatusCode (*ovkFilterGaussian3x3u8_v3Fn)(const uint8_t* src, uint32_t srcWidth,
+                                                     uint32_t srcHeight, uint32_t srcStride,
+                                                     uint8_t* dst, uint32_t dstStride,
+                                                     ovkBorderType borderType,
+                                                     uint8_t borderValue);
+OVK_API extern ovkFilterGaussian3x3u8Fn ovkFilterGaussian3x3u8_, ovkFilterGaussian3x3u8_v2_,
+    ovkFilterGaussian3x3u8R_, ovkFilterGaussian3x3u8_v2R_;
+OVK_API extern ovkFilterGaussian3x3u8Fn *ppovkFilterGaussian3x3u8, *ppovkFilterGaussian3x3u8_v2;
+OVK_API extern ovkFilterGaussian3x3u8_v3Fn ovkFilterGaussian3x3u8_v3_, ovkFilterGaussian3x3u8_v3R_;
+OVK_API extern ovkFilterGaussian3x3u8_v3Fn* ppovkFilterGaussian3x3u8_v3;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ORVIK_H */

@@ -1,0 +1,49 @@
+// The one list of function groups and exported operations.  Table fillers,
+// kernel declarations, exported kernel pointers, the symbol test and
+// `orvik info` are all generated from these lists.
+#ifndef ORVIK_REGISTRY_H
+#define ORVIK_REGISTRY_H
+
+// OVK_GROUPS(X): X(number, Group, vector, backends)
+//   number   slot in ovkFuncTable (7 entries each).  Groups of the first
+//            release are numbered in the alphabetical order of their exported
+//            names; later additions take the next free number.
+//   Group    the portable kernel is ovk<Group>C, its type ovk<Group>Fn
+//            (include/orvik.h).
+//   vector   V: src/pelar provides ovkVector<Group>(); N: portable only.
+//   backends OVK_BACKENDS_* below: DSP/GPU forms and the mode tables that
+//            send the group to them.
+#define OVK_GROUPS(X)                                          \
+  X(212, FilterGaussian3x3u8, V,                                 \
+    OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD | OVK_GPU_FORM | OVK_GPU_PERFORMANCE) \
+  X(445, FilterGaussian3x3u8_v3, V, OVK_DSP_ANY_MODE)
+
+// OVK_INTERNAL_GROUPS(X): same columns, for ovkInternalFuncTable.
+#define OVK_INTERNAL_GROUPS(X)
+
+// OVK_ENTRIES(X): X(Name, SelectorGroup, Group, remote)
+//   Name           exported as ovk<Name>, with the pointers ovk<Name>_ and
+//                  ppovk<Name>.
+//   SelectorGroup  whose ovkImplTable selector the entry reads (normally Group).
+//   remote         R: the group has a DSP or GPU form, so ovk<Name>R_ exists.
+#define OVK_ENTRIES(X)                                                   \
+  X(FilterGaussian3x3u8, FilterGaussian3x3u8, FilterGaussian3x3u8, R)    \
+  X(FilterGaussian3x3u8_v2, FilterGaussian3x3u8, FilterGaussian3x3u8, R) \
+  X(FilterGaussian3x3u8_v3, FilterGaussian3x3u8_v3, FilterGaussian3x3u8_v3, R)
+
+// Inner-kernel slots: X(slot, Fn).  The portable routine behind a slot is its
+// name with C in place of the trailing underscore; a vector routine, where one
+// exists, is ovkVector<slot>().
+#define OVK_INNER_KERNELS(X)
+
+// Back-end forms of a group.
+#define OVK_BACKENDS_NONE 0u
+#define OVK_DSP_FORM 0x1u          // has a remote-DSP implementation
+#define OVK_GPU_FORM 0x2u          // has a GPU implementation
+#define OVK_DSP_LOW_POWER 0x4u     // low-power mode sends it to the DSP
+#define OVK_DSP_PERFORMANCE 0x8u   // performance mode sends it to the DSP
+#define OVK_DSP_OFFLOAD 0x10u      // CPU-offload mode sends it to the DSP
+#define OVK_GPU_PERFORMANCE 0x20u  // performance mode sends it to the GPU
+#define OVK_DSP_ANY_MODE (OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_PERFORMANCE | OVK_DSP_OFFLOAD)
+
+#endif
