@@ -37,7 +37,7 @@ OVK_API void ovkFilterGaussian3x3u8(const uint8_t* src, uint32_t width, uint32_t
   const uint32_t impl = ovkSelectImpl<E>(
       [&] { return ovkAligned(src, 16) && ovkAligned(dst, 16) && width % 8 == 0; },
       [&] {
-        return width % 8 == 0 && height >= 4 && uint64_t(width) * height >= 25344 && ovkAligned(src, 8) &&
+        return width % 8 == 0 && height >= 4 && uint64_t(width) * height > 25344 && ovkAligned(src, 8) &&
                ovkAligned(dst, 8);
       });
   OVK_REQUIRE(E, src && dst && width && height);

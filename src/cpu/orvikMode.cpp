@@ -40,32 +40,28 @@ void vectorStep(uint64_t hardware) {
   uVIndex(ovkImplTable, ovkInternalImplTable);
 }
 
+bool knownExtendedMode(uint32_t extended) {
+  return extended == 1 || extended == 4 || extended == 8 || extended == 32 || extended == 1024;
+}
+
 int32_t setExtendedMode(uint32_t mode, uint64_t hardware) {
   const uint32_t extended = mode & ~kExtendedBit;
   if (extended == 2) return 0;  // everything stays portable
+  // An unknown mode leaves every selector portable.
+  if (!knownExtendedMode(extended)) return -1;
   vectorStep(hardware);
   const OVK_FUNC_MANAGER* manager = ovkMasterManager();
-  switch (extended) {
-    case 1:
-    case 4:
-      return 0;
-    case 32:
-      if (hardware & 0x20) {
-        uG();
-        uGIndex(manager);
-      }
-      return 0;
-    case 8:
-    case 1024:
-      ovkSetHWFlag(0);
-      if (hardware & 0x8) {
-        uQ();
-        uQIndex(manager);
-      }
-      return 0;
-    default:
-      return -1;
+  if (extended == 32 && (hardware & 0x20)) {
+    uG();
+    uGIndex(manager);
+  } else if (extended == 8 || extended == 1024) {
+    ovkSetHWFlag(0);
+    if (hardware & 0x8) {
+      uQ();
+      uQIndex(manager);
+    }
   }
+  return 0;
 }
 
 void setNormalMode(uint32_t mode, uint64_t hardware) {
