@@ -19,15 +19,6 @@ void forEachBorderPixel(uint32_t width, uint32_t height, Visit visit) {
   }
 }
 
-// Interior rows 1..height-2 through the row kernel.
-void gaussianInterior(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint8_t* dst,
-                      uint32_t dstStride) {
-  for (uint32_t y = 1; y + 1 < height; ++y) {
-    const uint8_t* row = src + size_t(y) * srcStride;
-    ovkGaussian3x3RowC(row - srcStride, row, row + srcStride, dst + size_t(y) * dstStride, width);
-  }
-}
-
 }  // namespace
 
 void ovkGaussian3x3RowC(const uint8_t* above, const uint8_t* row, const uint8_t* below, uint8_t* out,
@@ -41,6 +32,14 @@ void ovkGaussian3x3RowC(const uint8_t* above, const uint8_t* row, const uint8_t*
     out[x] = static_cast<uint8_t>((left + 2u * centre + right) >> 4);
     left = centre;
     centre = right;
+  }
+}
+
+void ovkGaussian3x3InteriorC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint8_t* dst,
+                             uint32_t dstStride) {
+  for (uint32_t y = 1; y + 1 < height; ++y) {
+    const uint8_t* row = src + size_t(y) * srcStride;
+    ovkGaussian3x3RowC(row - srcStride, row, row + srcStride, dst + size_t(y) * dstStride, width);
   }
 }
 
@@ -85,18 +84,31 @@ void ovkGaussian3x3BorderTypeC(const uint8_t* src, uint32_t width, uint32_t heig
   });
 }
 
+void ovkGaussian3x3Filter(ovkGaussian3x3InteriorFn interior, const uint8_t* src, uint32_t width, uint32_t height,
+                          uint32_t srcStride, uint8_t* dst, uint32_t dstStride, int32_t blurBorder) {
+  interior(src, width, height, srcStride, dst, dstStride);
+  if (blurBorder == 1) ovkGaussian3x3BlurBorderC(src, width, height, srcStride, dst, dstStride);
+}
+
+ovkStatusCode ovkGaussian3x3FilterBorderType(ovkGaussian3x3InteriorFn interior, const uint8_t* src, uint32_t width,
+                                             uint32_t height, uint32_t srcStride, uint8_t* dst,
+                                             uint32_t dstStride, ovkBorderType borderType,
+                                             uint8_t borderValue) {
+  if (borderType > ORVIK_BORDER_REPLICATE) return ORVIK_STATUS_UNSUPPORTED;
+  interior(src, width, height, srcStride, dst, dstStride);
+  if (borderType != ORVIK_BORDER_UNDEFINED)
+    ovkGaussian3x3BorderTypeC(src, width, height, srcStride, dst, dstStride, borderType, borderValue);
+  return ORVIK_STATUS_SUCCESS;
+}
+
 void ovkFilterGaussian3x3u8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                              uint8_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  gaussianInterior(src, srcWidth, srcHeight, srcStride, dst, dstStride);
-  if (blurBorder == 1) ovkGaussian3x3BlurBorderC(src, srcWidth, srcHeight, srcStride, dst, dstStride);
+  ovkGaussian3x3Filter(ovkGaussian3x3InteriorC, src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
 }
 
 ovkStatusCode ovkFilterGaussian3x3u8_v3C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
                                          uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
                                          ovkBorderType borderType, uint8_t borderValue) {
-  if (borderType > ORVIK_BORDER_REPLICATE) return ORVIK_STATUS_UNSUPPORTED;
-  gaussianInterior(src, srcWidth, srcHeight, srcStride, dst, dstStride);
-  if (borderType != ORVIK_BORDER_UNDEFINED)
-    ovkGaussian3x3BorderTypeC(src, srcWidth, srcHeight, srcStride, dst, dstStride, borderType, borderValue);
-  return ORVIK_STATUS_SUCCESS;
+  return ovkGaussian3x3FilterBorderType(ovkGaussian3x3InteriorC, src, srcWidth, srcHeight, srcStride, dst, dstStride,
+                                        borderType, borderValue);
 }
