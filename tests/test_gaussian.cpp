@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string.h>
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
@@ -175,10 +176,12 @@ TEST(Gaussian3x3, UnknownBorderTypeIsUnsupportedByKernels) {
 // Vector kernels give the portable bytes for every width, stride and start.
 TEST(Gaussian3x3, VectorMatchesPortableOnEveryTarget) {
   std::mt19937 rng(11);
+  std::vector<std::string> targetNames;
   std::vector<uint32_t> widths;
   for (uint32_t w = 1; w <= 70; ++w) widths.push_back(w);
   for (const uint32_t w : {127u, 128u, 129u, 255u, 641u, 1920u}) widths.push_back(w);
   const int targets = forEachVectorTarget([&](const std::string& target) {
+    targetNames.push_back(target);
     for (const uint32_t width : widths) {
       const uint32_t height = 1 + rng() % 6;
       const uint32_t srcStride = width + rng() % 19, dstStride = width + rng() % 23;
@@ -193,6 +196,11 @@ TEST(Gaussian3x3, VectorMatchesPortableOnEveryTarget) {
     checkKernels(ovkVectorFilterGaussian3x3u8(), ovkVectorFilterGaussian3x3u8_v3(), src, 336, target + " 333x37");
   });
   EXPECT_GE(targets, 1);
+#if defined(__ARM_NEON)
+  // The point of the ARM runs: NEON code, not a scalar fallback.
+  EXPECT_NE(std::find(targetNames.begin(), targetNames.end(), "NEON"), targetNames.end())
+      << ::testing::PrintToString(targetNames);
+#endif
 }
 
 class Gaussian3x3Entries : public ::testing::Test {

@@ -6,7 +6,7 @@
 #include <hwy/highway.h>
 
 #include "cpu/orvikBlur.h"
-#include "cpu/orvikInternal.h"
+#include "pelar/orvikPelar.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace ovk {
@@ -86,8 +86,6 @@ HWY_EXPORT(FilterGaussian3x3u8);
 HWY_EXPORT(FilterGaussian3x3u8_v3);
 }  // namespace ovk
 
-ovkFilterGaussian3x3u8Fn ovkVectorFilterGaussian3x3u8() { return &HWY_DYNAMIC_DISPATCH(ovk::FilterGaussian3x3u8); }
-ovkFilterGaussian3x3u8_v3Fn ovkVectorFilterGaussian3x3u8_v3() {
-  return &HWY_DYNAMIC_DISPATCH(ovk::FilterGaussian3x3u8_v3);
-}
+OVK_VECTOR_KERNEL(FilterGaussian3x3u8)
+OVK_VECTOR_KERNEL(FilterGaussian3x3u8_v3)
 #endif
