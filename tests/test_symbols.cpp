@@ -28,7 +28,9 @@ std::set<std::string> definedDynamicSymbols(const std::vector<char>& image) {
       const unsigned binding = symbols[s].st_info >> 4;
       if (symbols[s].st_shndx == SHN_UNDEF || (type != STT_FUNC && type != STT_OBJECT)) continue;
       if (binding != STB_GLOBAL && binding != STB_WEAK) continue;
-      names.insert(strings + symbols[s].st_name);
+      // Names starting with "__" belong to the toolchain (sanitizer ODR markers).
+      const std::string name = strings + symbols[s].st_name;
+      if (name.compare(0, 2, "__") != 0) names.insert(name);
     }
   }
   return names;
