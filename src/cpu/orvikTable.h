@@ -47,8 +47,8 @@ OVK_FUNC_MANAGER* ovkMasterManager();
 // Highway: refresh the chosen target and name it (for `orvik info`).
 void ovkPelarSelectTarget();
 const char* ovkPelarTargetName();
-// The Highway targets the vector kernels were compiled for.
-int64_t ovkPelarCompiledTargets();
+// The Highway targets compiled in that this processor runs.
+int64_t ovkPelarUsableTargets();
 
 // Registry facts for tools and tests.
 struct ovkEntryInfo {

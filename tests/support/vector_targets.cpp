@@ -6,8 +6,7 @@
 
 int forEachVectorTarget(const std::function<void(const std::string& target)>& check) {
   int count = 0;
-  const int64_t usable = hwy::SupportedTargets() & ovkPelarCompiledTargets();
-  for (int64_t remaining = usable; remaining != 0; remaining &= remaining - 1) {
+  for (int64_t remaining = ovkPelarUsableTargets(); remaining != 0; remaining &= remaining - 1) {
     const int64_t target = remaining & -remaining;
     hwy::SetSupportedTargetsForTest(target);
     ovkPelarSelectTarget();
