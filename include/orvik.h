@@ -183,6 +183,72 @@ OVK_API ovkStatusCode ovkFilterGaussian3x3u8_v3(const uint8_t* src, uint32_t src
                                                 uint8_t* dst, uint32_t dstStride,
                                                 ovkBorderType borderType, uint8_t borderValue);
 
+/*
+ * 5x5 and 11x11 Gaussians, binomial kernels knl5x5 (sum 256, >> 8) and
+ * knl11x11 (sum 1048576, >> 20), truncating.  Interior pixels are at least 2
+ * (5x5) or 5 (11x11) pixels from every edge.  blurBorder == 1 also writes the
+ * band of 2 (5) rows and columns along each edge, each pixel the weighted sum
+ * of its in-image taps divided (truncating) by the sum of their weights; any
+ * other value leaves the band untouched.
+ */
+OVK_API extern const int32_t knl5x5[25];
+OVK_API extern const int32_t knl11x11[121];
+
+OVK_API void ovkFilterGaussian5x5u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
+                                    int32_t blurBorder);
+OVK_API void ovkFilterGaussian5x5u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                       uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
+                                       int32_t blurBorder);
+OVK_API void ovkFilterGaussian11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
+                                      int32_t blurBorder);
+OVK_API void ovkFilterGaussian11x11u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                         uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
+                                         int32_t blurBorder);
+/* Signed 16- and 32-bit 5x5 Gaussians: same weights, shift and blurBorder
+ * rule; strides in bytes. */
+OVK_API void ovkFilterGaussian5x5s16(const int16_t* src, uint32_t width, uint32_t height, int16_t* dst,
+                                     int32_t blurBorder);
+OVK_API void ovkFilterGaussian5x5s16_v2(const int16_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                        uint32_t srcStride, int16_t* dst, uint32_t dstStride,
+                                        int32_t blurBorder);
+OVK_API void ovkFilterGaussian5x5s32(const int32_t* src, uint32_t width, uint32_t height, int32_t* dst,
+                                     int32_t blurBorder);
+OVK_API void ovkFilterGaussian5x5s32_v2(const int32_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                        uint32_t srcStride, int32_t* dst, uint32_t dstStride,
+                                        int32_t blurBorder);
+
+/*
+ * 3x3 box (mean) filter: (sum of the nine taps * 7282 + 32768) >> 16.  Every
+ * pixel is written.  Border taps outside the image read 0 in
+ * ovkBoxFilter3x3u8 (so its border darkens), and by borderType in `_v2`:
+ * UNDEFINED 0, CONSTANT borderValue, REPLICATE the nearest edge pixel; the
+ * divisor stays nine.
+ */
+OVK_API void ovkBoxFilter3x3u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                               uint8_t* dst, uint32_t dstStride);
+OVK_API ovkStatusCode ovkBoxFilter3x3u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                           uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
+                                           ovkBorderType borderType, uint8_t borderValue);
+/* 5x5 and 11x11 box filters: (sum * 2621 + 32768) >> 16 and
+ * (sum * 542 + 32768) >> 16. */
+OVK_API void ovkBoxFilter5x5u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                               uint8_t* dst, uint32_t dstStride);
+OVK_API void ovkBoxFilter11x11u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                 uint8_t* dst, uint32_t dstStride);
+
+/*
+ * 3x3 median.  The first two generations write the interior only (rows and
+ * columns 1 .. size-2; nothing when height < 3).  `_v3` then fills the border
+ * by borderType: UNDEFINED leaves it, CONSTANT reads borderValue for missing
+ * taps, REPLICATE the nearest edge pixel.
+ */
+OVK_API void ovkFilterMedian3x3u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+OVK_API void ovkFilterMedian3x3u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                     uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+OVK_API ovkStatusCode ovkFilterMedian3x3u8_v3(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                              uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
+                                              ovkBorderType borderType, uint8_t borderValue);
+
 /* ---- Kernel pointers --------------------------------------------------------- */
 
 /*
@@ -204,6 +270,24 @@ OVK_API extern ovkFilterGaussian3x3u8Fn ovkFilterGaussian3x3u8_, ovkFilterGaussi
 OVK_API extern ovkFilterGaussian3x3u8Fn *ppovkFilterGaussian3x3u8, *ppovkFilterGaussian3x3u8_v2;
 OVK_API extern ovkFilterGaussian3x3u8_v3Fn ovkFilterGaussian3x3u8_v3_, ovkFilterGaussian3x3u8_v3R_;
 OVK_API extern ovkFilterGaussian3x3u8_v3Fn* ppovkFilterGaussian3x3u8_v3;
+
+/* Kernel types of the other smoothing filters; their ovkX_, ppovkX and ovkXR_
+ * objects follow the same pattern. */
+typedef ovkFilterGaussian3x3u8Fn ovkFilterGaussian5x5u8Fn;
+typedef ovkFilterGaussian3x3u8Fn ovkFilterGaussian11x11u8Fn;
+typedef void (*ovkFilterGaussian5x5s16Fn)(const int16_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                          uint32_t srcStride, int16_t* dst, uint32_t dstStride,
+                                          int32_t blurBorder);
+typedef void (*ovkFilterGaussian5x5s32Fn)(const int32_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                          uint32_t srcStride, int32_t* dst, uint32_t dstStride,
+                                          int32_t blurBorder);
+typedef void (*ovkBoxFilter3x3u8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                    uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+typedef ovkFilterGaussian3x3u8_v3Fn ovkBoxFilter3x3u8_v2Fn;
+typedef ovkBoxFilter3x3u8Fn ovkBoxFilter5x5u8Fn;
+typedef ovkBoxFilter3x3u8Fn ovkBoxFilter11x11u8Fn;
+typedef ovkBoxFilter3x3u8Fn ovkFilterMedian3x3u8Fn;
+typedef ovkFilterGaussian3x3u8_v3Fn ovkFilterMedian3x3u8_v3Fn;
 
 #ifdef __cplusplus
 }

@@ -7,7 +7,10 @@
 // OVK_GROUPS(X): X(number, Group, vector, backends)
 //   number   slot in ovkFuncTable (7 entries each).  Groups of the first
 //            release are numbered in the alphabetical order of their exported
-//            names; later additions take the next free number.
+//            names (43-45 box filters, 211-216 Gaussians and the median);
+//            later additions take numbers from 445 on (445 box 3x3 _v2,
+//            446 Gaussian 3x3 _v3, 447 median _v3).  Lines are grouped by
+//            family, not by number.
 //   Group    the portable kernel is ovk<Group>C, its type ovk<Group>Fn
 //            (include/orvik.h).
 //   vector   V: src/pelar provides ovkVector<Group>(); N: portable only.
@@ -16,7 +19,7 @@
 #define OVK_GROUPS(X)                                          \
   X(212, FilterGaussian3x3u8, V,                                 \
     OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD | OVK_GPU_FORM | OVK_GPU_PERFORMANCE) \
-  X(445, FilterGaussian3x3u8_v3, V, OVK_DSP_ANY_MODE)
+  X(446, FilterGaussian3x3u8_v3, V, OVK_DSP_ANY_MODE)
 
 // OVK_INTERNAL_GROUPS(X): same columns, for ovkInternalFuncTable.
 #define OVK_INTERNAL_GROUPS(X)

@@ -26,19 +26,22 @@ OVK_ENTRIES(OVK_X)
 
 namespace {
 
-// Group numbers must ascend: the GPU store stops at the first group beyond a
-// shorter table.
+// Every group number is below 506 and used once.
 constexpr uint32_t kGroupNumbers[] = {
 #define OVK_X(number, Group, vector, backends) number,
     OVK_GROUPS(OVK_X)
 #undef OVK_X
 };
-constexpr bool groupsAscend() {
-  for (size_t i = 1; i < sizeof kGroupNumbers / sizeof kGroupNumbers[0]; ++i)
-    if (kGroupNumbers[i] <= kGroupNumbers[i - 1] || kGroupNumbers[i] >= OVK_NUM_GROUPS) return false;
+constexpr bool groupNumbersValid() {
+  constexpr size_t count = sizeof kGroupNumbers / sizeof kGroupNumbers[0];
+  for (size_t i = 0; i < count; ++i) {
+    if (kGroupNumbers[i] >= OVK_NUM_GROUPS) return false;
+    for (size_t j = i + 1; j < count; ++j)
+      if (kGroupNumbers[i] == kGroupNumbers[j]) return false;
+  }
   return true;
 }
-static_assert(groupsAscend(), "registry group numbers must ascend and stay below 506");
+static_assert(groupNumbersValid(), "registry group numbers must be unique and below 506");
 
 template <class Fn>
 ovkFuncPtr asEntry(Fn fn) {
@@ -49,13 +52,14 @@ ovkFuncPtr asEntry(Fn fn) {
 #define OVK_VECTOR_N(Group) nullptr
 
 // Writes `kernel(group)` into entry `impl` of every group whose back-ends
-// include `form`, skipping groups the back-end has no kernel for.
+// include `form`, skipping groups the back-end has no kernel for and groups
+// beyond a shorter table.
 void storeBackendKernels(const OVK_FUNC_MANAGER* manager, uint32_t impl, uint32_t form,
                          ovkFuncPtr (*kernel)(uint32_t)) {
 #define OVK_X(number, Group, vector, backends)                                  \
   if ((backends) & form) {                                                      \
-    if (manager->groupCount <= number) return;                                  \
-    if (const ovkFuncPtr k = kernel(number)) manager->funcTable[number * manager->implCount + impl] = k; \
+    const ovkFuncPtr k = number < manager->groupCount ? kernel(number) : nullptr; \
+    if (k) manager->funcTable[number * manager->implCount + impl] = k;         \
   }
   OVK_GROUPS(OVK_X)
 #undef OVK_X

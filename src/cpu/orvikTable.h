@@ -34,8 +34,8 @@ int32_t uHWLowPowerModeTable(const OVK_FUNC_MANAGER* manager);
 int32_t uHWPerformanceModeTable(const OVK_FUNC_MANAGER* manager);
 int32_t uQCpuOffloadModeTable(const OVK_FUNC_MANAGER* manager);
 
-// Stores GPU kernels into entry 3 of their groups, ascending, stopping at the
-// manager's group count.
+// Stores GPU kernels into entry 3 of their groups within the manager's
+// group count.
 void ovkStoreGpuKernels(const OVK_FUNC_MANAGER* manager);
 
 // Mode change steps 6 and 7 (tables, then portable helpers and zeroed
