@@ -19,7 +19,14 @@
 #define OVK_GROUPS(X)                                          \
   X(212, FilterGaussian3x3u8, V,                                 \
     OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD | OVK_GPU_FORM | OVK_GPU_PERFORMANCE) \
-  X(446, FilterGaussian3x3u8_v3, V, OVK_DSP_ANY_MODE)
+  X(446, FilterGaussian3x3u8_v3, V, OVK_DSP_ANY_MODE) \
+  X(43, BoxFilter11x11u8, V, OVK_BACKENDS_NONE)                  \
+  X(44, BoxFilter3x3u8, V, OVK_BACKENDS_NONE)                    \
+  X(45, BoxFilter5x5u8, V, OVK_BACKENDS_NONE)                    \
+  X(445, BoxFilter3x3u8_v2, V, OVK_BACKENDS_NONE)                \
+  X(216, FilterMedian3x3u8, V,                                   \
+    OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_PERFORMANCE | OVK_DSP_OFFLOAD | OVK_GPU_FORM) \
+  X(447, FilterMedian3x3u8_v3, V, OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD)
 
 // OVK_INTERNAL_GROUPS(X): same columns, for ovkInternalFuncTable.
 #define OVK_INTERNAL_GROUPS(X)
@@ -32,7 +39,14 @@
 #define OVK_ENTRIES(X)                                                   \
   X(FilterGaussian3x3u8, FilterGaussian3x3u8, FilterGaussian3x3u8, R)    \
   X(FilterGaussian3x3u8_v2, FilterGaussian3x3u8, FilterGaussian3x3u8, R) \
-  X(FilterGaussian3x3u8_v3, FilterGaussian3x3u8_v3, FilterGaussian3x3u8_v3, R)
+  X(FilterGaussian3x3u8_v3, FilterGaussian3x3u8_v3, FilterGaussian3x3u8_v3, R) \
+  X(BoxFilter3x3u8, BoxFilter3x3u8, BoxFilter3x3u8, N)                   \
+  X(BoxFilter3x3u8_v2, BoxFilter3x3u8_v2, BoxFilter3x3u8_v2, N)          \
+  X(BoxFilter5x5u8, BoxFilter5x5u8, BoxFilter5x5u8, N)                   \
+  X(BoxFilter11x11u8, BoxFilter11x11u8, BoxFilter11x11u8, N)             \
+  X(FilterMedian3x3u8, FilterMedian3x3u8, FilterMedian3x3u8, R)          \
+  X(FilterMedian3x3u8_v2, FilterMedian3x3u8, FilterMedian3x3u8, R)       \
+  X(FilterMedian3x3u8_v3, FilterMedian3x3u8_v3, FilterMedian3x3u8_v3, R)
 
 // Inner-kernel slots: X(slot, Fn).  The portable routine behind a slot is its
 // name with C in place of the trailing underscore; a vector routine, where one

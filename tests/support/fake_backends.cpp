@@ -19,14 +19,19 @@ ovkStatusCode fakeDspGaussianV3(const uint8_t*, uint32_t, uint32_t, uint32_t, ui
 void fakeGpuGaussian(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t, int32_t) {
   ++gState.gpuCalls;
 }
+void fakeDspMedian(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t) { ++gState.dspCalls; }
+void fakeGpuMedian(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t) { ++gState.gpuCalls; }
 
 ovkFuncPtr dspKernel(uint32_t group) {
   if (group == ovkGroup::FilterGaussian3x3u8) return reinterpret_cast<ovkFuncPtr>(fakeDspGaussian);
   if (group == ovkGroup::FilterGaussian3x3u8_v3) return reinterpret_cast<ovkFuncPtr>(fakeDspGaussianV3);
+  if (group == ovkGroup::FilterMedian3x3u8) return reinterpret_cast<ovkFuncPtr>(fakeDspMedian);
   return nullptr;
 }
 ovkFuncPtr gpuKernel(uint32_t group) {
-  return group == ovkGroup::FilterGaussian3x3u8 ? reinterpret_cast<ovkFuncPtr>(fakeGpuGaussian) : nullptr;
+  if (group == ovkGroup::FilterGaussian3x3u8) return reinterpret_cast<ovkFuncPtr>(fakeGpuGaussian);
+  if (group == ovkGroup::FilterMedian3x3u8) return reinterpret_cast<ovkFuncPtr>(fakeGpuMedian);
+  return nullptr;
 }
 
 const ovkDspBackend kFakeDsp = {
