@@ -1,0 +1,105 @@
+// Exported entries of the 5x5 and 11x11 Gaussians.
+#include "orvikInternal.h"
+
+namespace {
+
+// Size floor and alignment a DSP needs for the first-generation 11x11 filter.
+bool dspTakesPacked(const void* src, uint32_t width, uint32_t height, const void* dst) {
+  return width % 8 == 0 && height >= 4 && uint64_t(width) * height > 25344 && ovkAligned(src, 8) &&
+         ovkAligned(dst, 8);
+}
+
+// The same for strided calls: the floor counts stride bytes, not pixels.
+bool dspTakesStrided(const void* src, uint32_t width, uint32_t height, uint32_t srcStride, const void* dst,
+                     uint32_t dstStride) {
+  return height >= 4 && uint64_t(srcStride) * height > 25344 && srcStride % 8 == 0 && width % 8 == 0 &&
+         dstStride % 8 == 0 && ovkAligned(src, 8) && ovkAligned(dst, 8);
+}
+
+// The 11x11 filter has no GPU form.
+constexpr auto kNoGpu = [] { return true; };
+
+}  // namespace
+
+extern "C" {
+
+OVK_API void ovkFilterGaussian5x5u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
+                                    int32_t blurBorder) {
+  using E = ovkEntry::FilterGaussian5x5u8;
+  const uint32_t impl = ovkSelectImpl<E>();
+  OVK_REQUIRE(E, src && dst && width && height && height > 4 && width > 4);
+  ovkCallVoid<E>(impl, src, width, height, width, dst, width, blurBorder);
+}
+
+OVK_API void ovkFilterGaussian5x5u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                       uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
+                                       int32_t blurBorder) {
+  using E = ovkEntry::FilterGaussian5x5u8_v2;
+  srcStride = ovkPackedStride(srcStride, srcWidth);
+  dstStride = ovkPackedStride(dstStride, srcWidth);
+  const uint32_t impl = ovkSelectImpl<E>();
+  OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && dstStride && srcHeight > 4 && srcWidth > 4);
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
+}
+
+OVK_API void ovkFilterGaussian11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
+                                      int32_t blurBorder) {
+  using E = ovkEntry::FilterGaussian11x11u8;
+  const uint32_t impl = ovkSelectImpl<E>(kNoGpu, [&] { return dspTakesPacked(src, width, height, dst); });
+  OVK_REQUIRE(E, src && dst && width && height && height > 10 && width > 10);
+  ovkCallVoid<E>(impl, src, width, height, width, dst, width, blurBorder);
+}
+
+OVK_API void ovkFilterGaussian11x11u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                         uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
+                                         int32_t blurBorder) {
+  using E = ovkEntry::FilterGaussian11x11u8_v2;
+  srcStride = ovkPackedStride(srcStride, srcWidth);
+  dstStride = ovkPackedStride(dstStride, srcWidth);
+  const uint32_t impl = ovkSelectImpl<E>(
+      kNoGpu, [&] { return dspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride); });
+  OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && dstStride && srcHeight > 10 && srcWidth > 10);
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
+}
+
+OVK_API void ovkFilterGaussian5x5s16(const int16_t* src, uint32_t width, uint32_t height, int16_t* dst,
+                                     int32_t blurBorder) {
+  using E = ovkEntry::FilterGaussian5x5s16;
+  const uint32_t impl = ovkSelectImpl<E>();
+  OVK_REQUIRE(E, src && dst && width && height && height > 1);
+  const uint32_t stride = width * uint32_t(sizeof(int16_t));
+  ovkCallVoid<E>(impl, src, width, height, stride, dst, stride, blurBorder);
+}
+
+OVK_API void ovkFilterGaussian5x5s16_v2(const int16_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                        uint32_t srcStride, int16_t* dst, uint32_t dstStride,
+                                        int32_t blurBorder) {
+  using E = ovkEntry::FilterGaussian5x5s16_v2;
+  srcStride = ovkPackedStride(srcStride, srcWidth * uint32_t(sizeof(int16_t)));
+  dstStride = ovkPackedStride(dstStride, srcWidth * uint32_t(sizeof(int16_t)));
+  const uint32_t impl = ovkSelectImpl<E>();
+  OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && (srcStride >= srcWidth*sizeof(int16_t)) && (dstStride >= srcWidth*sizeof(int16_t)) && srcHeight > 1);
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
+}
+
+OVK_API void ovkFilterGaussian5x5s32(const int32_t* src, uint32_t width, uint32_t height, int32_t* dst,
+                                     int32_t blurBorder) {
+  using E = ovkEntry::FilterGaussian5x5s32;
+  const uint32_t impl = ovkSelectImpl<E>();
+  OVK_REQUIRE(E, src && dst && width && height && width > 4 && height > 4);
+  const uint32_t stride = width * uint32_t(sizeof(int32_t));
+  ovkCallVoid<E>(impl, src, width, height, stride, dst, stride, blurBorder);
+}
+
+OVK_API void ovkFilterGaussian5x5s32_v2(const int32_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                        uint32_t srcStride, int32_t* dst, uint32_t dstStride,
+                                        int32_t blurBorder) {
+  using E = ovkEntry::FilterGaussian5x5s32_v2;
+  srcStride = ovkPackedStride(srcStride, srcWidth * uint32_t(sizeof(int32_t)));
+  dstStride = ovkPackedStride(dstStride, srcWidth * uint32_t(sizeof(int32_t)));
+  const uint32_t impl = ovkSelectImpl<E>();
+  OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && (srcStride >= srcWidth*sizeof(int32_t)) && (dstStride >= srcWidth*sizeof(int32_t)) && srcWidth > 4 && srcHeight > 4);
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
+}
+
+}  // extern "C"
