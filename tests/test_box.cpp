@@ -171,7 +171,9 @@ TEST(BoxFilter, VectorMatchesPortableOnEveryTarget) {
   std::vector<uint32_t> widths;
   for (uint32_t w = 1; w <= 70; ++w) widths.push_back(w);
   for (const uint32_t w : {641u, 1920u, 2049u}) widths.push_back(w);
+  std::vector<std::string> targetNames;
   const int targets = forEachVectorTarget([&](const std::string& target) {
+    targetNames.push_back(target);
     const BoxKernels kernels = vectorKernels();
     for (const uint32_t width : widths) {
       const uint32_t height = 1 + rng() % 13;
@@ -181,6 +183,11 @@ TEST(BoxFilter, VectorMatchesPortableOnEveryTarget) {
     }
   });
   EXPECT_GE(targets, 1);
+#if defined(__ARM_NEON)
+  // ARM runs must exercise NEON code, not a scalar fallback.
+  EXPECT_NE(std::find(targetNames.begin(), targetNames.end(), "NEON"), targetNames.end())
+      << ::testing::PrintToString(targetNames);
+#endif
 }
 
 TEST(BoxFilter, UnknownBorderTypeIsUnsupportedByKernels) {

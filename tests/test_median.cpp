@@ -135,7 +135,9 @@ TEST(Median3x3, VectorMatchesPortableOnEveryTarget) {
   std::vector<uint32_t> widths;
   for (uint32_t w = 1; w <= 70; ++w) widths.push_back(w);
   for (const uint32_t w : {127u, 128u, 129u, 641u, 1920u}) widths.push_back(w);
+  std::vector<std::string> targetNames;
   const int targets = forEachVectorTarget([&](const std::string& target) {
+    targetNames.push_back(target);
     for (const uint32_t width : widths) {
       const uint32_t height = 1 + rng() % 7;
       GuardedImage src(width, height, width + rng() % 19);
@@ -145,6 +147,11 @@ TEST(Median3x3, VectorMatchesPortableOnEveryTarget) {
     }
   });
   EXPECT_GE(targets, 1);
+#if defined(__ARM_NEON)
+  // ARM runs must exercise NEON code, not a scalar fallback.
+  EXPECT_NE(std::find(targetNames.begin(), targetNames.end(), "NEON"), targetNames.end())
+      << ::testing::PrintToString(targetNames);
+#endif
 }
 
 TEST(Median3x3, UnknownBorderTypeIsUnsupportedByKernels) {

@@ -127,9 +127,46 @@ void gaussian3x3Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8
   ovkFilterGaussian3x3u8_v2(src, width, height, 0, dst, 0, blurBorder);
 }
 
+// Border types by option value; constant frames the image in mid-grey.
+constexpr uint8_t kConstantBorderValue = 128;
+
+ovkBorderType borderTypeOf(const OptionValues& options) {
+  const std::string& border = options.at("border");
+  return border == "replicate" ? ORVIK_BORDER_REPLICATE
+         : border == "constant" ? ORVIK_BORDER_CONSTANT
+                                : ORVIK_BORDER_UNDEFINED;
+}
+
+void box3x3Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, const OptionValues& options) {
+  if (options.at("border") == "first") return ovkBoxFilter3x3u8(src, width, height, width, dst, width);
+  ovkBoxFilter3x3u8_v2(src, width, height, 0, dst, 0, borderTypeOf(options), kConstantBorderValue);
+}
+
+void box5x5Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, const OptionValues&) {
+  ovkBoxFilter5x5u8(src, width, height, width, dst, width);
+}
+
+void box11x11Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, const OptionValues&) {
+  ovkBoxFilter11x11u8(src, width, height, width, dst, width);
+}
+
+void median3x3Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
+                    const OptionValues& options) {
+  ovkFilterMedian3x3u8_v3(src, width, height, 0, dst, 0, borderTypeOf(options), kConstantBorderValue);
+}
+
 const FilterCommand kFilters[] = {
     {"gaussian3x3", "ovkFilterGaussian3x3u8_v2", gaussian3x3Plane,
      {{"border", {"none", "blur"}, "blur", "blur: edge pixels from their taps inside the image; none: keep them"}}},
+    {"box3x3", "ovkBoxFilter3x3u8_v2", box3x3Plane,
+     {{"border", {"none", "constant", "replicate", "first"}, "replicate",
+       "edge taps read 0 (none), mid-grey (constant), the nearest edge pixel (replicate); first: the "
+       "first-generation filter, which reads 0"}}},
+    {"box5x5", "ovkBoxFilter5x5u8", box5x5Plane, {}},
+    {"box11x11", "ovkBoxFilter11x11u8", box11x11Plane, {}},
+    {"median3x3", "ovkFilterMedian3x3u8_v3", median3x3Plane,
+     {{"border", {"none", "constant", "replicate"}, "replicate",
+       "none: keep the edge pixels; constant: missing taps read mid-grey; replicate: the nearest edge pixel"}}},
 };
 
 std::string joined(const std::vector<std::string>& values) {
