@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <string.h>
 
+#include <algorithm>
 #include <optional>
 #include <random>
 #include <string>
@@ -227,6 +228,61 @@ TEST(Gaussian5x5, SignedSmallImagesAreAllBand) {
   for (uint32_t width = 1; width <= 6; ++width)
     for (uint32_t height = 1; height <= 6; ++height)
       checkRandomImage<int16_t>(ovkFilterGaussian5x5s16C, 2, width, height, 1, rng, "5x5s16");
+}
+
+// The vector kernel gives the portable bytes; strides are random, and so is
+// the start address, as the guarded buffers start wherever their size puts
+// them.
+template <class Pixel>
+void expectVectorMatchesPortable(KernelFn<Pixel> vector, KernelFn<Pixel> portable, uint32_t width, uint32_t height,
+                                 std::mt19937& rng, const std::string& what) {
+  const uint32_t rowBytes = width * uint32_t(sizeof(Pixel));
+  GuardedImage src(width, height, rowBytes + rng() % 19, sizeof(Pixel));
+  src.fillRandom(rng);
+  const uint32_t dstStride = rowBytes + rng() % 23;
+  for (const int32_t blurBorder : {0, 1}) {
+    GuardedImage want(width, height, dstStride, sizeof(Pixel)), got(width, height, dstStride, sizeof(Pixel));
+    runKernel(portable, src, want, blurBorder);
+    runKernel(vector, src, got, blurBorder);
+    const std::string label = what + " " + std::to_string(width) + "x" + std::to_string(height) + " blurBorder " +
+                              std::to_string(blurBorder);
+    ASSERT_TRUE(got.paddingIntact()) << label;
+    ASSERT_TRUE(sameBytes(got, want, rowBytes)) << label;
+  }
+}
+
+TEST(Gaussian5x5, VectorMatchesPortableOnEveryTarget) {
+  std::mt19937 rng(17);
+  std::vector<uint32_t> widths;
+  for (uint32_t w = 1; w <= 70; ++w) widths.push_back(w);
+  for (const uint32_t w : {127u, 128u, 129u, 255u, 513u, 641u, 1025u, 1920u}) widths.push_back(w);
+  std::vector<std::string> targetNames;
+  const int targets = forEachVectorTarget([&](const std::string& target) {
+    targetNames.push_back(target);
+    for (const uint32_t width : widths) {
+      for (const uint32_t height : {2u, 5u, 6u, 9u}) {
+        if (width > 4) expectVectorMatchesPortable<uint8_t>(ovkVectorFilterGaussian5x5u8(), ovkFilterGaussian5x5u8C,
+                                                          width, height, rng, target + " 5x5u8");
+        expectVectorMatchesPortable<int16_t>(ovkVectorFilterGaussian5x5s16(), ovkFilterGaussian5x5s16C, width,
+                                             height, rng, target + " 5x5s16");
+      }
+      if (width > 10)
+        for (const uint32_t height : {11u, 12u, 16u})
+          expectVectorMatchesPortable<uint8_t>(ovkVectorFilterGaussian11x11u8(), ovkFilterGaussian11x11u8C, width,
+                                               height, rng, target + " 11x11u8");
+    }
+    // Taller frames with odd strides, as camera buffers come.
+    expectVectorMatchesPortable<uint8_t>(ovkVectorFilterGaussian5x5u8(), ovkFilterGaussian5x5u8C, 333, 37, rng,
+                                         target + " 5x5u8");
+    expectVectorMatchesPortable<uint8_t>(ovkVectorFilterGaussian11x11u8(), ovkFilterGaussian11x11u8C, 333, 37, rng,
+                                         target + " 11x11u8");
+  });
+  EXPECT_GE(targets, 1);
+#if defined(__ARM_NEON)
+  // The point of the ARM runs: NEON code, not a scalar fallback.
+  EXPECT_NE(std::find(targetNames.begin(), targetNames.end(), "NEON"), targetNames.end())
+      << ::testing::PrintToString(targetNames);
+#endif
 }
 
 class Gaussian5x5Entries : public ::testing::Test {
