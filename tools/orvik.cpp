@@ -127,6 +127,18 @@ void gaussian3x3Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8
   ovkFilterGaussian3x3u8_v2(src, width, height, 0, dst, 0, blurBorder);
 }
 
+void gaussian5x5Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
+                      const OptionValues& options) {
+  const int32_t blurBorder = options.at("border") == "blur" ? 1 : 0;
+  ovkFilterGaussian5x5u8_v2(src, width, height, 0, dst, 0, blurBorder);
+}
+
+void gaussian11x11Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
+                        const OptionValues& options) {
+  const int32_t blurBorder = options.at("border") == "blur" ? 1 : 0;
+  ovkFilterGaussian11x11u8_v2(src, width, height, 0, dst, 0, blurBorder);
+}
+
 // Border types by option value; constant frames the image in mid-grey.
 constexpr uint8_t kConstantBorderValue = 128;
 
@@ -158,6 +170,12 @@ void median3x3Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t
 const FilterCommand kFilters[] = {
     {"gaussian3x3", "ovkFilterGaussian3x3u8_v2", gaussian3x3Plane,
      {{"border", {"none", "blur"}, "blur", "blur: edge pixels from their taps inside the image; none: keep them"}}},
+    {"gaussian5x5", "ovkFilterGaussian5x5u8_v2", gaussian5x5Plane,
+     {{"border", {"none", "blur"}, "blur",
+       "blur: the 2-pixel edge band from its taps inside the image; none: keep it"}}},
+    {"gaussian11x11", "ovkFilterGaussian11x11u8_v2", gaussian11x11Plane,
+     {{"border", {"none", "blur"}, "blur",
+       "blur: the 5-pixel edge band from its taps inside the image; none: keep it"}}},
     {"box3x3", "ovkBoxFilter3x3u8_v2", box3x3Plane,
      {{"border", {"none", "constant", "replicate", "first"}, "replicate",
        "edge taps read 0 (none), mid-grey (constant), the nearest edge pixel (replicate); first: the "
