@@ -38,7 +38,8 @@ void forEachVector(size_t count, size_t lanes, At at) {
 
 // 5x5 on 8-bit pixels in 16-bit lanes: a column sum is at most 255 * 16 and
 // a full sum 255 * 256, so neither overflows.  The weights 1 4 6 4 1 are
-// formed as a + e + 4 (b + c + d) + 2 c.
+// formed as a + e + 4 (b + c + d) + 2 c.  Rows go in pairs: six source rows
+// give the column sums of two output rows.
 void Interior5x5u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint8_t* dst,
                    uint32_t dstStride) {
   const hn::ScalableTag<uint16_t> d16;
@@ -50,23 +51,35 @@ void Interior5x5u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t
     const auto inner = hn::Add(hn::Add(b, d), c);
     return hn::Add(hn::Add(hn::Add(a, e), hn::ShiftLeft<2>(inner)), hn::ShiftLeft<1>(c));
   };
-  HWY_ALIGN uint16_t sums[kStripOutputs + 4];
-  for (uint32_t y = 2; y + 2 < height; ++y) {
+  // Output pixels i .. i+lanes-1 of a strip from its column sums.
+  const auto storeRow = [&](const uint16_t* sums, size_t i, uint8_t* out) {
+    const uint16_t* s = sums + i;
+    const auto sum = binomial(hn::LoadU(d16, s), hn::LoadU(d16, s + 1), hn::LoadU(d16, s + 2),
+                              hn::LoadU(d16, s + 3), hn::LoadU(d16, s + 4));
+    // At most 255 after the shift, so the signed narrowing is exact.
+    hn::StoreU(hn::DemoteTo(d8, hn::BitCast(di16, hn::ShiftRight<8>(sum))), d8, out + i);
+  };
+  HWY_ALIGN uint16_t upperSums[kStripOutputs + 4];
+  HWY_ALIGN uint16_t lowerSums[kStripOutputs + 4];
+  uint32_t y = 2;
+  for (; y + 2 < height; y += 2) {
+    const bool pair = y + 3 < height;
     const uint8_t* r0 = src + size_t(y - 2) * srcStride;
     const uint8_t *r1 = r0 + srcStride, *r2 = r1 + srcStride, *r3 = r2 + srcStride, *r4 = r3 + srcStride;
-    uint8_t* out = dst + size_t(y) * dstStride + 2;
+    const uint8_t* r5 = pair ? r4 + srcStride : r4;  // unread without a second row
+    uint8_t* upperOut = dst + size_t(y) * dstStride + 2;
+    uint8_t* lowerOut = upperOut + dstStride;
     forEachStrip(width - 4, [&](size_t begin, size_t count) {
       forEachVector(count + 4, lanes, [&](size_t i) {
         const size_t x = begin + i;
         const auto load = [&](const uint8_t* row) { return hn::PromoteTo(d16, hn::LoadU(d8, row + x)); };
-        hn::StoreU(binomial(load(r0), load(r1), load(r2), load(r3), load(r4)), d16, sums + i);
+        const auto p1 = load(r1), p2 = load(r2), p3 = load(r3), p4 = load(r4);
+        hn::StoreU(binomial(load(r0), p1, p2, p3, p4), d16, upperSums + i);
+        if (pair) hn::StoreU(binomial(p1, p2, p3, p4, load(r5)), d16, lowerSums + i);
       });
       forEachVector(count, lanes, [&](size_t i) {
-        const uint16_t* s = sums + i;
-        const auto sum = binomial(hn::LoadU(d16, s), hn::LoadU(d16, s + 1), hn::LoadU(d16, s + 2),
-                                  hn::LoadU(d16, s + 3), hn::LoadU(d16, s + 4));
-        // At most 255 after the shift, so the signed narrowing is exact.
-        hn::StoreU(hn::DemoteTo(d8, hn::BitCast(di16, hn::ShiftRight<8>(sum))), d8, out + begin + i);
+        storeRow(upperSums, i, upperOut + begin);
+        if (pair) storeRow(lowerSums, i, lowerOut + begin);
       });
     });
   }
