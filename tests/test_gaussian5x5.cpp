@@ -290,45 +290,39 @@ class Gaussian5x5Entries : public ::testing::Test {
   void SetUp() override { ASSERT_EQ(ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE), 0); }
 };
 
+template <class Pixel>
+using FirstGenerationFn = void (*)(const Pixel* src, uint32_t width, uint32_t height, Pixel* dst,
+                                   int32_t blurBorder);
+
+// Both generations of one filter on a packed image; `_v2` with strides 0.
+template <class Pixel>
+void expectEntriesFilter(FirstGenerationFn<Pixel> first, KernelFn<Pixel> second, int radius, uint32_t width,
+                         uint32_t height, std::mt19937& rng, const std::string& name) {
+  const uint32_t rowBytes = width * uint32_t(sizeof(Pixel));
+  GuardedImage src(width, height, rowBytes, sizeof(Pixel)), dst(width, height, rowBytes, sizeof(Pixel));
+  src.fillRandom(rng);
+  const auto blurred = referenceGaussian<Pixel>(src, radius, true);
+  const auto* in = reinterpret_cast<const Pixel*>(src.data());
+  auto* out = reinterpret_cast<Pixel*>(dst.data());
+  dst.fill(kUntouched);
+  first(in, width, height, out, 1);
+  expectMatchesReference<Pixel>(dst, blurred, name);
+  dst.fill(kUntouched);
+  second(in, width, height, 0, out, 0, 1);
+  expectMatchesReference<Pixel>(dst, blurred, name + "_v2");
+}
+
 TEST_F(Gaussian5x5Entries, BothGenerationsFilterThroughTheTable) {
   std::mt19937 rng(13);
-  GuardedImage u8(37, 19, 37), out(37, 19, 37);
-  u8.fillRandom(rng);
-  const auto u8Blur5 = referenceGaussian<uint8_t>(u8, 2, true);
-  const auto u8Blur11 = referenceGaussian<uint8_t>(u8, 5, true);
-  ovkFilterGaussian5x5u8(u8.data(), 37, 19, out.data(), 1);
-  expectMatchesReference<uint8_t>(out, u8Blur5, "ovkFilterGaussian5x5u8");
-  out.fill(kUntouched);
-  ovkFilterGaussian5x5u8_v2(u8.data(), 37, 19, 0, out.data(), 0, 1);  // stride 0: packed
-  expectMatchesReference<uint8_t>(out, u8Blur5, "ovkFilterGaussian5x5u8_v2");
-  ovkFilterGaussian11x11u8(u8.data(), 37, 19, out.data(), 1);
-  expectMatchesReference<uint8_t>(out, u8Blur11, "ovkFilterGaussian11x11u8");
-  out.fill(kUntouched);
-  ovkFilterGaussian11x11u8_v2(u8.data(), 37, 19, 0, out.data(), 0, 1);
-  expectMatchesReference<uint8_t>(out, u8Blur11, "ovkFilterGaussian11x11u8_v2");
-
+  expectEntriesFilter<uint8_t>(ovkFilterGaussian5x5u8, ovkFilterGaussian5x5u8_v2, 2, 37, 19, rng,
+                               "ovkFilterGaussian5x5u8");
+  expectEntriesFilter<uint8_t>(ovkFilterGaussian11x11u8, ovkFilterGaussian11x11u8_v2, 5, 37, 19, rng,
+                               "ovkFilterGaussian11x11u8");
   // Three rows: no interior, everything is band.
-  GuardedImage s16(21, 3, 42, 2), s16Out(21, 3, 42, 2);
-  s16.fillRandom(rng);
-  const auto s16Blur = referenceGaussian<int16_t>(s16, 2, true);
-  ovkFilterGaussian5x5s16(reinterpret_cast<const int16_t*>(s16.data()), 21, 3,
-                          reinterpret_cast<int16_t*>(s16Out.data()), 1);
-  expectMatchesReference<int16_t>(s16Out, s16Blur, "ovkFilterGaussian5x5s16");
-  s16Out.fill(kUntouched);
-  ovkFilterGaussian5x5s16_v2(reinterpret_cast<const int16_t*>(s16.data()), 21, 3, 0,
-                             reinterpret_cast<int16_t*>(s16Out.data()), 0, 1);
-  expectMatchesReference<int16_t>(s16Out, s16Blur, "ovkFilterGaussian5x5s16_v2");
-
-  GuardedImage s32(12, 8, 48, 4), s32Out(12, 8, 48, 4);
-  s32.fillRandom(rng);
-  const auto s32Blur = referenceGaussian<int32_t>(s32, 2, true);
-  ovkFilterGaussian5x5s32(reinterpret_cast<const int32_t*>(s32.data()), 12, 8,
-                          reinterpret_cast<int32_t*>(s32Out.data()), 1);
-  expectMatchesReference<int32_t>(s32Out, s32Blur, "ovkFilterGaussian5x5s32");
-  s32Out.fill(kUntouched);
-  ovkFilterGaussian5x5s32_v2(reinterpret_cast<const int32_t*>(s32.data()), 12, 8, 0,
-                             reinterpret_cast<int32_t*>(s32Out.data()), 0, 1);
-  expectMatchesReference<int32_t>(s32Out, s32Blur, "ovkFilterGaussian5x5s32_v2");
+  expectEntriesFilter<int16_t>(ovkFilterGaussian5x5s16, ovkFilterGaussian5x5s16_v2, 2, 21, 3, rng,
+                               "ovkFilterGaussian5x5s16");
+  expectEntriesFilter<int32_t>(ovkFilterGaussian5x5s32, ovkFilterGaussian5x5s32_v2, 2, 12, 8, rng,
+                               "ovkFilterGaussian5x5s32");
 }
 
 TEST_F(Gaussian5x5Entries, RejectedArgumentsLogTheConditionAndWriteNothing) {
