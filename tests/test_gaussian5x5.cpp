@@ -2,15 +2,18 @@
 // kernels, the arithmetic against a per-pixel definition including the edge
 // band, vector == portable on every target, and the entries.
 #include <gtest/gtest.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "cpu/orvikInternal.h"
+#include "support/fake_backends.h"
 #include "support/guarded_image.h"
 #include "support/log_capture.h"
 #include "support/vector_targets.h"
@@ -367,6 +370,34 @@ TEST_F(Gaussian5x5Entries, RejectedArgumentsLogTheConditionAndWriteNothing) {
     EXPECT_EQ(line.tag, "orvik_lib_log");
   }
   EXPECT_TRUE(sameBytes(dst, untouched, 64));
+}
+
+// The 11x11 filter goes to a DSP only above its size floor, with 8-byte
+// aligned pointers; the per-call log names the implementation that runs.
+TEST_F(Gaussian5x5Entries, DspRuns11x11OnlyAboveTheSizeFloor) {
+  FakeBackends fakes;
+  setenv("RUNTIME_ORVIK_LOG", "1", 1);
+  ASSERT_EQ(ovkSetOperationMode(ORVIK_OP_LOW_POWER), 0);
+  ASSERT_EQ(ovkImplTable[ovkGroup::FilterGaussian11x11u8], OVK_IMPL_RDSP);
+  const size_t bytes = 184 * 144 + 64;
+  const std::unique_ptr<uint8_t, void (*)(void*)> src(static_cast<uint8_t*>(aligned_alloc(64, bytes)), free);
+  const std::unique_ptr<uint8_t, void (*)(void*)> dst(static_cast<uint8_t*>(aligned_alloc(64, bytes)), free);
+  memset(src.get(), 0, bytes);
+  LogCapture log;
+  // First generation: 176 x 144 = 25344 pixels is not above the floor.
+  ovkFilterGaussian11x11u8(src.get(), 176, 144, dst.get(), 0);
+  ovkFilterGaussian11x11u8(src.get(), 184, 144, dst.get(), 0);
+  ovkFilterGaussian11x11u8(src.get() + 4, 184, 144, dst.get(), 0);
+  // _v2 counts stride bytes.
+  ovkFilterGaussian11x11u8_v2(src.get(), 168, 144, 176, dst.get(), 176, 0);
+  ovkFilterGaussian11x11u8_v2(src.get(), 168, 144, 184, dst.get(), 184, 0);
+  ovkFilterGaussian11x11u8_v2(src.get(), 168, 144, 184, dst.get(), 180, 0);
+  unsetenv("RUNTIME_ORVIK_LOG");
+  const std::vector<std::string> expected = {
+      "ovkFilterGaussian11x11u8_PELAR",    "ovkFilterGaussian11x11u8_RDSP",
+      "ovkFilterGaussian11x11u8_PELAR",    "ovkFilterGaussian11x11u8_v2_PELAR",
+      "ovkFilterGaussian11x11u8_v2_RDSP", "ovkFilterGaussian11x11u8_v2_PELAR"};
+  EXPECT_EQ(log.messages(), expected);
 }
 
 }  // namespace
