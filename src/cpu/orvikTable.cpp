@@ -9,8 +9,8 @@ OVK_API ovkFuncPtr ovkFuncTable[OVK_NUM_GROUPS * OVK_NUM_IMPLS];
 OVK_API ovkFuncPtr ovkInternalFuncTable[OVK_NUM_INTERNAL_GROUPS * OVK_NUM_IMPLS];
 OVK_API uint32_t ovkImplTable[OVK_NUM_GROUPS];
 OVK_API uint32_t ovkInternalImplTable[OVK_NUM_INTERNAL_GROUPS];
-OVK_API const char* const ovkImplChar[OVK_NUM_IMPLS] = {"CPU", "PELAR", "RDSP", "GPU",
-                                                         "ADSP", "CDSP", "MDSP"};
+// Exported through its declaration (the attribute cannot sit on this one).
+const char* const ovkImplChar[OVK_NUM_IMPLS] = {"CPU", "PELAR", "RDSP", "GPU", "ADSP", "CDSP", "MDSP"};
 
 // ovk<Name>_ holds the portable kernel, ppovk<Name> points at ovk<Name>_, and
 // ovk<Name>R_ receives a back-end kernel in the remote-library mode.
