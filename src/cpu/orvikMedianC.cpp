@@ -6,26 +6,37 @@
 
 namespace {
 
+// Branch-free minimum and maximum of two pixel values: on real images the
+// comparisons are unpredictable, and mispredicted branches would cost far
+// more than the sorting itself.
+int32_t lesser(int32_t a, int32_t b) {
+  const int32_t difference = b - a;
+  return a + (difference & (difference >> 31));
+}
+
+int32_t greater(int32_t a, int32_t b) {
+  const int32_t difference = b - a;
+  return b - (difference & (difference >> 31));
+}
+
 // One column of a neighbourhood, sorted.
 struct SortedColumn {
-  uint8_t low, mid, high;
+  int32_t low, mid, high;
 };
 
-SortedColumn sortColumn(uint8_t a, uint8_t b, uint8_t c) {
-  const uint8_t lowAB = std::min(a, b), highAB = std::max(a, b);
-  const uint8_t high = std::max(highAB, c), lowBC = std::min(highAB, c);
-  return {std::min(lowAB, lowBC), std::max(lowAB, lowBC), high};
+SortedColumn sortColumn(int32_t a, int32_t b, int32_t c) {
+  const int32_t lowAB = lesser(a, b), highAB = greater(a, b);
+  const int32_t high = greater(highAB, c), lowBC = lesser(highAB, c);
+  return {lesser(lowAB, lowBC), greater(lowAB, lowBC), high};
 }
 
-uint8_t median3(uint8_t a, uint8_t b, uint8_t c) {
-  return std::min(std::max(a, b), std::max(std::min(a, b), c));
-}
+int32_t median3(int32_t a, int32_t b, int32_t c) { return lesser(greater(a, b), greater(lesser(a, b), c)); }
 
 // The median of nine from three sorted columns.
 uint8_t medianOfColumns(const SortedColumn& l, const SortedColumn& m, const SortedColumn& r) {
-  const uint8_t minOfHighs = std::min(std::min(l.high, m.high), r.high);
-  const uint8_t maxOfLows = std::max(std::max(l.low, m.low), r.low);
-  return median3(minOfHighs, maxOfLows, median3(l.mid, m.mid, r.mid));
+  const int32_t minOfHighs = lesser(lesser(l.high, m.high), r.high);
+  const int32_t maxOfLows = greater(greater(l.low, m.low), r.low);
+  return static_cast<uint8_t>(median3(minOfHighs, maxOfLows, median3(l.mid, m.mid, r.mid)));
 }
 
 // out[x] for 1 <= x < width - 1; each column is sorted once.
