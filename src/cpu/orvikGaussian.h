@@ -30,6 +30,10 @@ void ovkGaussian11x11u8BlurBandC(const uint8_t* src, uint32_t width, uint32_t he
 void ovkGaussian5x5s16BlurBandC(const int16_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
                                 int16_t* dst, uint32_t dstStride);
 
+// Pixels xBegin .. xEnd-1 of row y of the 11x11 band; dstRow is row y of dst.
+void ovkGaussian11x11u8BandRunC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,
+                                uint32_t xBegin, uint32_t xEnd, uint8_t* dstRow);
+
 // The whole filter: the interior, then the band when blurBorder is 1.
 template <class Pixel>
 inline void ovkGaussianFilter(ovkGaussianPassFn<Pixel> interior, ovkGaussianPassFn<Pixel> blurBand,

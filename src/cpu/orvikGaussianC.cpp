@@ -192,6 +192,11 @@ void ovkGaussian11x11u8BlurBandC(const uint8_t* src, uint32_t width, uint32_t he
   blurBand<uint8_t, 5>(src, width, height, srcStride, dst, dstStride);
 }
 
+void ovkGaussian11x11u8BandRunC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,
+                                uint32_t xBegin, uint32_t xEnd, uint8_t* dstRow) {
+  bandRun<uint8_t, 5>(src, width, height, srcStride, y, xBegin, xEnd, dstRow);
+}
+
 void ovkGaussian5x5s16BlurBandC(const int16_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
                                 int16_t* dst, uint32_t dstStride) {
   blurBand<int16_t, 2>(src, width, height, srcStride, dst, dstStride);

@@ -124,9 +124,146 @@ void Interior32(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcS
   }
 }
 
+// 11x11 on 8-bit pixels.  A column sum reaches 255 * 1024, past 16 bits, but
+// with a_k = p_k + p_(10-k) the three parts of
+//   V = (a0 + 45 a2) + 2 (5 a1 + 105 a4) + 2 (60 a3 + 126 p5)
+// stay below 2^16, so the vertical pass runs in 16-bit lanes and widens once.
+// Its 16-bit vectors are half the width of the 32-bit ones, which keeps the
+// lane count equal on every target.
+template <class D32>
+struct Binomial11x11u8 {
+  D32 d32;
+  hn::Rebind<uint16_t, D32> d16;
+  hn::Rebind<uint8_t, D32> d8;
+
+  using V16 = hn::Vec<hn::Rebind<uint16_t, D32>>;
+
+  hn::Vec<D32> Column(V16 p0, V16 p1, V16 p2, V16 p3, V16 p4, V16 p5, V16 p6, V16 p7, V16 p8, V16 p9,
+                      V16 p10) const {
+    const auto odd = hn::Add(hn::Add(p0, p10), hn::Mul(hn::Add(p2, p8), hn::Set(d16, 45)));
+    const auto outer = hn::Add(hn::Mul(hn::Add(p1, p9), hn::Set(d16, 5)), hn::Mul(hn::Add(p4, p6), hn::Set(d16, 105)));
+    const auto inner = hn::Add(hn::Mul(hn::Add(p3, p7), hn::Set(d16, 60)), hn::Mul(p5, hn::Set(d16, 126)));
+    const auto even = hn::Add(hn::PromoteTo(d32, outer), hn::PromoteTo(d32, inner));
+    return hn::Add(hn::PromoteTo(d32, odd), hn::ShiftLeft<1>(even));
+  }
+
+  // The full weighted sum of columns sums[0..10], at most 255 * 2^20.
+  hn::Vec<D32> Row(const uint32_t* sums) const {
+    const auto pair = [&](int k) { return hn::Add(hn::LoadU(d32, sums + k), hn::LoadU(d32, sums + 10 - k)); };
+    auto total = hn::Add(pair(0), hn::Mul(hn::LoadU(d32, sums + 5), hn::Set(d32, 252)));
+    total = hn::Add(total, hn::Mul(pair(1), hn::Set(d32, 10)));
+    total = hn::Add(total, hn::Mul(pair(2), hn::Set(d32, 45)));
+    total = hn::Add(total, hn::Mul(pair(3), hn::Set(d32, 120)));
+    return hn::Add(total, hn::Mul(pair(4), hn::Set(d32, 210)));
+  }
+
+  // Pixels of at most 255 keep their value in the low byte.
+  void Store(hn::Vec<D32> pixels, uint8_t* out) const { hn::StoreU(hn::TruncateTo(d8, pixels), d8, out); }
+};
+
+// A band pixel of an interior row: the weighted sum of the full column sums
+// in the image over 2^10 times their weights.  Column c is at sums[c - first].
+uint8_t SideBandPixel11x11u8(const uint32_t* sums, size_t first, uint32_t width, uint32_t x) {
+  const uint32_t from = x < 5 ? 0 : x - 5, to = HWY_MIN(width - 1, x + 5);
+  uint32_t total = 0, weights = 0;
+  for (uint32_t tx = from; tx <= to; ++tx) {
+    const uint32_t weight = uint32_t(knl11x11[tx + 5 - x]);
+    total += weight * sums[tx - first];
+    weights += weight;
+  }
+  return uint8_t(total / (weights << 10));
+}
+
+// The interior, and with `sides` the band pixels of the interior rows, taken
+// from the first and last strip's column sums.  Rows go in pairs: twelve
+// source rows give the column sums of two outputs.  Needs width >= lanes + 10.
 void Interior11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint8_t* dst,
-                     uint32_t dstStride) {
-  Interior32<uint8_t, 5>(src, width, height, srcStride, dst, dstStride, ovkGaussian11x11u8InteriorC);
+                     uint32_t dstStride, bool sides) {
+  const Binomial11x11u8<hn::ScalableTag<uint32_t>> k;
+  const size_t lanes = hn::Lanes(k.d32);
+  HWY_ALIGN uint32_t upperSums[kStripOutputs + 10];
+  HWY_ALIGN uint32_t lowerSums[kStripOutputs + 10];
+  const auto storeSides = [&](const uint32_t* sums, size_t begin, size_t count, uint8_t* row) {
+    if (begin == 0)
+      for (uint32_t x = 0; x < 5; ++x) row[x] = SideBandPixel11x11u8(sums, 0, width, x);
+    if (begin + count + 10 == width)
+      for (uint32_t x = width - 5; x < width; ++x) row[x] = SideBandPixel11x11u8(sums, begin, width, x);
+  };
+  for (uint32_t y = 5; y + 5 < height; y += 2) {
+    const bool pair = y + 6 < height;
+    const uint8_t* r0 = src + size_t(y - 5) * srcStride;
+    const uint8_t* r11 = pair ? r0 + 11 * size_t(srcStride) : r0;  // unread without a second row
+    uint8_t* upperRow = dst + size_t(y) * dstStride;
+    uint8_t* lowerRow = upperRow + dstStride;
+    forEachStrip(width - 10, [&](size_t begin, size_t count) {
+      forEachVector(count + 10, lanes, [&](size_t i) {
+        const size_t x = begin + i;
+        const auto p = [&](int row) { return hn::PromoteTo(k.d16, hn::LoadU(k.d8, r0 + row * size_t(srcStride) + x)); };
+        const auto p1 = p(1), p2 = p(2), p3 = p(3), p4 = p(4), p5 = p(5), p6 = p(6), p7 = p(7), p8 = p(8),
+                   p9 = p(9), p10 = p(10);
+        hn::StoreU(k.Column(p(0), p1, p2, p3, p4, p5, p6, p7, p8, p9, p10), k.d32, upperSums + i);
+        if (pair) {
+          const auto p11 = hn::PromoteTo(k.d16, hn::LoadU(k.d8, r11 + x));
+          hn::StoreU(k.Column(p1, p2, p3, p4, p5, p6, p7, p8, p9, p10, p11), k.d32, lowerSums + i);
+        }
+      });
+      forEachVector(count, lanes, [&](size_t i) {
+        k.Store(hn::ShiftRight<20>(k.Row(upperSums + i)), upperRow + 5 + begin + i);
+        if (pair) k.Store(hn::ShiftRight<20>(k.Row(lowerSums + i)), lowerRow + 5 + begin + i);
+      });
+      if (!sides) return;
+      storeSides(upperSums, begin, count, upperRow);
+      if (pair) storeSides(lowerSums, begin, count, lowerRow);
+    });
+  }
+}
+
+// Row y of the top or bottom band, columns 5 .. width-6: the rows in the
+// image are summed in full width, so the pixel is the total over 2^10 times
+// the in-image row weights, floored.  A float quotient is off by at most one
+// and is then corrected in integers.
+void BandRow11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,
+                    uint8_t* out) {
+  const Binomial11x11u8<hn::ScalableTag<uint32_t>> k;
+  const hn::RebindToSigned<decltype(k.d32)> di;
+  const hn::Rebind<float, decltype(k.d32)> df;
+  const size_t lanes = hn::Lanes(k.d32);
+  const uint32_t firstRow = y < 5 ? 0 : y - 5;
+  const uint32_t lastRow = HWY_MIN(height - 1, y + 5);
+  int32_t rowWeights = 0;
+  for (uint32_t ty = firstRow; ty <= lastRow; ++ty) rowWeights += knl11x11[ty + 5 - y];
+  const auto divisor = hn::Set(di, rowWeights);
+  HWY_ALIGN uint32_t sums[kStripOutputs + 10];
+  forEachStrip(width - 10, [&](size_t begin, size_t count) {
+    forEachVector(count + 10, lanes, [&](size_t i) {
+      auto sum = hn::Zero(k.d32);
+      for (uint32_t ty = firstRow; ty <= lastRow; ++ty) {
+        const auto pixels = hn::PromoteTo(k.d32, hn::LoadU(k.d8, src + ty * size_t(srcStride) + begin + i));
+        sum = hn::Add(sum, hn::Mul(pixels, hn::Set(k.d32, uint32_t(knl11x11[ty + 5 - y]))));
+      }
+      hn::StoreU(sum, k.d32, sums + i);
+    });
+    forEachVector(count, lanes, [&](size_t i) {
+      const auto dividend = hn::BitCast(di, hn::ShiftRight<10>(k.Row(sums + i)));
+      auto quotient = hn::ConvertTo(di, hn::Div(hn::ConvertTo(df, dividend), hn::ConvertTo(df, divisor)));
+      const auto remainder = hn::Sub(dividend, hn::Mul(quotient, divisor));
+      quotient = hn::IfThenElse(hn::Lt(remainder, hn::Zero(di)), hn::Sub(quotient, hn::Set(di, 1)), quotient);
+      quotient = hn::IfThenElse(hn::Lt(remainder, divisor), quotient, hn::Add(quotient, hn::Set(di, 1)));
+      k.Store(hn::BitCast(k.d32, quotient), out + 5 + begin + i);
+    });
+  });
+}
+
+// The top and bottom rows of the band: vectors between the corners, the
+// corners by the portable rule.
+void TopBottomBand11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint8_t* dst,
+                          uint32_t dstStride) {
+  for (uint32_t y = 0; y < height; y = (y == 4 && height > 10) ? height - 5 : y + 1) {
+    uint8_t* out = dst + size_t(y) * dstStride;
+    BandRow11x11u8(src, width, height, srcStride, y, out);
+    ovkGaussian11x11u8BandRunC(src, width, height, srcStride, y, 0, 5, out);
+    ovkGaussian11x11u8BandRunC(src, width, height, srcStride, y, width - 5, width, out);
+  }
 }
 
 void Interior5x5s16(const int16_t* src, uint32_t width, uint32_t height, uint32_t srcStride, int16_t* dst,
@@ -140,10 +277,14 @@ void FilterGaussian5x5u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeig
                              dstStride, blurBorder);
 }
 
+// Images narrower than a vector plus the halo, or without an interior row,
+// go to the portable filter.
 void FilterGaussian11x11u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                            uint8_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<uint8_t>(Interior11x11u8, ovkGaussian11x11u8BlurBandC, src, srcWidth, srcHeight, srcStride,
-                             dst, dstStride, blurBorder);
+  if (srcWidth < hn::Lanes(hn::ScalableTag<uint32_t>()) + 10 || srcHeight < 11)
+    return ovkFilterGaussian11x11u8C(src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
+  Interior11x11u8(src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder == 1);
+  if (blurBorder == 1) TopBottomBand11x11u8(src, srcWidth, srcHeight, srcStride, dst, dstStride);
 }
 
 void FilterGaussian5x5s16(const int16_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
