@@ -140,9 +140,10 @@ struct Binomial11x11u8 {
 
   hn::Vec<D32> Column(V16 p0, V16 p1, V16 p2, V16 p3, V16 p4, V16 p5, V16 p6, V16 p7, V16 p8, V16 p9,
                       V16 p10) const {
-    const auto odd = hn::Add(hn::Add(p0, p10), hn::Mul(hn::Add(p2, p8), hn::Set(d16, 45)));
-    const auto outer = hn::Add(hn::Mul(hn::Add(p1, p9), hn::Set(d16, 5)), hn::Mul(hn::Add(p4, p6), hn::Set(d16, 105)));
-    const auto inner = hn::Add(hn::Mul(hn::Add(p3, p7), hn::Set(d16, 60)), hn::Mul(p5, hn::Set(d16, 126)));
+    const auto w = [&](int k, int divisor) { return hn::Set(d16, uint16_t(knl11x11[k] / divisor)); };
+    const auto odd = hn::Add(hn::Add(p0, p10), hn::Mul(hn::Add(p2, p8), w(2, 1)));
+    const auto outer = hn::Add(hn::Mul(hn::Add(p1, p9), w(1, 2)), hn::Mul(hn::Add(p4, p6), w(4, 2)));
+    const auto inner = hn::Add(hn::Mul(hn::Add(p3, p7), w(3, 2)), hn::Mul(p5, w(5, 2)));
     const auto even = hn::Add(hn::PromoteTo(d32, outer), hn::PromoteTo(d32, inner));
     return hn::Add(hn::PromoteTo(d32, odd), hn::ShiftLeft<1>(even));
   }
@@ -150,11 +151,12 @@ struct Binomial11x11u8 {
   // The full weighted sum of columns sums[0..10], at most 255 * 2^20.
   hn::Vec<D32> Row(const uint32_t* sums) const {
     const auto pair = [&](int k) { return hn::Add(hn::LoadU(d32, sums + k), hn::LoadU(d32, sums + 10 - k)); };
-    auto total = hn::Add(pair(0), hn::Mul(hn::LoadU(d32, sums + 5), hn::Set(d32, 252)));
-    total = hn::Add(total, hn::Mul(pair(1), hn::Set(d32, 10)));
-    total = hn::Add(total, hn::Mul(pair(2), hn::Set(d32, 45)));
-    total = hn::Add(total, hn::Mul(pair(3), hn::Set(d32, 120)));
-    return hn::Add(total, hn::Mul(pair(4), hn::Set(d32, 210)));
+    const auto w = [&](int k) { return hn::Set(d32, uint32_t(knl11x11[k])); };
+    auto total = hn::Add(pair(0), hn::Mul(hn::LoadU(d32, sums + 5), w(5)));
+    total = hn::Add(total, hn::Mul(pair(1), w(1)));
+    total = hn::Add(total, hn::Mul(pair(2), w(2)));
+    total = hn::Add(total, hn::Mul(pair(3), w(3)));
+    return hn::Add(total, hn::Mul(pair(4), w(4)));
   }
 
   // Pixels of at most 255 keep their value in the low byte.
