@@ -237,21 +237,42 @@ TEST(Gaussian5x5, SignedSmallImagesAreAllBand) {
 // the start address, as the guarded buffers start wherever their size puts
 // them.
 template <class Pixel>
+void expectSameAsPortable(KernelFn<Pixel> vector, KernelFn<Pixel> portable, const GuardedImage& src,
+                          uint32_t dstStride, const std::string& what) {
+  const uint32_t rowBytes = src.width() * uint32_t(sizeof(Pixel));
+  for (const int32_t blurBorder : {0, 1}) {
+    GuardedImage want(src.width(), src.height(), dstStride, sizeof(Pixel));
+    GuardedImage got(src.width(), src.height(), dstStride, sizeof(Pixel));
+    runKernel(portable, src, want, blurBorder);
+    runKernel(vector, src, got, blurBorder);
+    const std::string label = what + " " + std::to_string(src.width()) + "x" + std::to_string(src.height()) +
+                              " blurBorder " + std::to_string(blurBorder);
+    ASSERT_TRUE(got.paddingIntact()) << label;
+    ASSERT_TRUE(sameBytes(got, want, rowBytes)) << label;
+  }
+}
+
+// The vector kernel gives the portable bytes; strides are random, and so is
+// the start address, as the guarded buffers start wherever their size puts
+// them.
+template <class Pixel>
 void expectVectorMatchesPortable(KernelFn<Pixel> vector, KernelFn<Pixel> portable, uint32_t width, uint32_t height,
                                  std::mt19937& rng, const std::string& what) {
   const uint32_t rowBytes = width * uint32_t(sizeof(Pixel));
   GuardedImage src(width, height, rowBytes + rng() % 19, sizeof(Pixel));
   src.fillRandom(rng);
-  const uint32_t dstStride = rowBytes + rng() % 23;
-  for (const int32_t blurBorder : {0, 1}) {
-    GuardedImage want(width, height, dstStride, sizeof(Pixel)), got(width, height, dstStride, sizeof(Pixel));
-    runKernel(portable, src, want, blurBorder);
-    runKernel(vector, src, got, blurBorder);
-    const std::string label = what + " " + std::to_string(width) + "x" + std::to_string(height) + " blurBorder " +
-                              std::to_string(blurBorder);
-    ASSERT_TRUE(got.paddingIntact()) << label;
-    ASSERT_TRUE(sameBytes(got, want, rowBytes)) << label;
-  }
+  expectSameAsPortable<Pixel>(vector, portable, src, rowBytes + rng() % 23, what);
+}
+
+// 32-bit pixels at the ends of their range, where 32-bit sums would wrap and
+// negative sums must floor.
+void expectVectorS32AtExtremes(uint32_t width, uint32_t height, std::mt19937& rng, const std::string& what) {
+  const int32_t extremes[] = {INT32_MIN, INT32_MIN + 1, -1, 0, INT32_MAX - 1, INT32_MAX};
+  GuardedImage src(width, height, width * 4 + rng() % 13, 4);
+  for (uint32_t y = 0; y < height; ++y)
+    for (uint32_t x = 0; x < width; ++x) setPixel<int32_t>(src, x, y, extremes[rng() % 6]);
+  expectSameAsPortable<int32_t>(ovkVectorFilterGaussian5x5s32(), ovkFilterGaussian5x5s32C, src, width * 4 + 3, what);
+  checkAgainstDefinition<int32_t>(ovkVectorFilterGaussian5x5s32(), 2, src, width * 4 + 5, what);
 }
 
 TEST(Gaussian5x5, VectorMatchesPortableOnEveryTarget) {
@@ -268,6 +289,8 @@ TEST(Gaussian5x5, VectorMatchesPortableOnEveryTarget) {
                                                           width, height, rng, target + " 5x5u8");
         expectVectorMatchesPortable<int16_t>(ovkVectorFilterGaussian5x5s16(), ovkFilterGaussian5x5s16C, width,
                                              height, rng, target + " 5x5s16");
+        expectVectorMatchesPortable<int32_t>(ovkVectorFilterGaussian5x5s32(), ovkFilterGaussian5x5s32C, width,
+                                             height, rng, target + " 5x5s32");
       }
       if (width > 10)
         for (const uint32_t height : {11u, 12u, 16u})
@@ -279,6 +302,8 @@ TEST(Gaussian5x5, VectorMatchesPortableOnEveryTarget) {
                                          target + " 5x5u8");
     expectVectorMatchesPortable<uint8_t>(ovkVectorFilterGaussian11x11u8(), ovkFilterGaussian11x11u8C, 333, 37, rng,
                                          target + " 11x11u8");
+    for (const uint32_t width : {5u, 6u, 9u, 12u, 17u, 33u, 70u, 513u})
+      for (const uint32_t height : {5u, 8u}) expectVectorS32AtExtremes(width, height, rng, target + " 5x5s32 extremes");
   });
   EXPECT_GE(targets, 1);
 #if defined(__ARM_NEON)

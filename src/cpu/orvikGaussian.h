@@ -19,6 +19,8 @@ void ovkGaussian11x11u8InteriorC(const uint8_t* src, uint32_t width, uint32_t he
                                  uint8_t* dst, uint32_t dstStride);
 void ovkGaussian5x5s16InteriorC(const int16_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
                                 int16_t* dst, uint32_t dstStride);
+void ovkGaussian5x5s32InteriorC(const int32_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
+                                int32_t* dst, uint32_t dstStride);
 
 // The band of 2 (5x5) or 5 (11x11) rows and columns along each edge, each
 // pixel the weighted sum of its in-image taps divided by their weight sum.
@@ -29,6 +31,8 @@ void ovkGaussian11x11u8BlurBandC(const uint8_t* src, uint32_t width, uint32_t he
                                  uint8_t* dst, uint32_t dstStride);
 void ovkGaussian5x5s16BlurBandC(const int16_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
                                 int16_t* dst, uint32_t dstStride);
+void ovkGaussian5x5s32BlurBandC(const int32_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
+                                int32_t* dst, uint32_t dstStride);
 
 // Pixels xBegin .. xEnd-1 of row y of the 11x11 band; dstRow is row y of dst.
 void ovkGaussian11x11u8BandRunC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,

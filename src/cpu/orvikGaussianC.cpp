@@ -182,6 +182,11 @@ void ovkGaussian5x5s16InteriorC(const int16_t* src, uint32_t width, uint32_t hei
   interior<int16_t, 2>(src, width, height, srcStride, dst, dstStride);
 }
 
+void ovkGaussian5x5s32InteriorC(const int32_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
+                                int32_t* dst, uint32_t dstStride) {
+  interior<int32_t, 2>(src, width, height, srcStride, dst, dstStride);
+}
+
 void ovkGaussian5x5u8BlurBandC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
                                uint8_t* dst, uint32_t dstStride) {
   blurBand<uint8_t, 2>(src, width, height, srcStride, dst, dstStride);
@@ -190,6 +195,11 @@ void ovkGaussian5x5u8BlurBandC(const uint8_t* src, uint32_t width, uint32_t heig
 void ovkGaussian11x11u8BlurBandC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
                                  uint8_t* dst, uint32_t dstStride) {
   blurBand<uint8_t, 5>(src, width, height, srcStride, dst, dstStride);
+}
+
+void ovkGaussian5x5s32BlurBandC(const int32_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
+                                int32_t* dst, uint32_t dstStride) {
+  blurBand<int32_t, 2>(src, width, height, srcStride, dst, dstStride);
 }
 
 void ovkGaussian11x11u8BandRunC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,
@@ -222,6 +232,6 @@ void ovkFilterGaussian5x5s16C(const int16_t* src, uint32_t srcWidth, uint32_t sr
 
 void ovkFilterGaussian5x5s32C(const int32_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                               int32_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<int32_t>(interior<int32_t, 2>, blurBand<int32_t, 2>, src, srcWidth, srcHeight, srcStride,
-                             dst, dstStride, blurBorder);
+  ovkGaussianFilter<int32_t>(ovkGaussian5x5s32InteriorC, ovkGaussian5x5s32BlurBandC, src, srcWidth, srcHeight,
+                             srcStride, dst, dstStride, blurBorder);
 }

@@ -22,7 +22,7 @@
   X(446, FilterGaussian3x3u8_v3, V, OVK_DSP_ANY_MODE) \
   X(211, FilterGaussian11x11u8, V, OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD) \
   X(213, FilterGaussian5x5s16, V, OVK_BACKENDS_NONE) \
-  X(214, FilterGaussian5x5s32, N, OVK_BACKENDS_NONE) \
+  X(214, FilterGaussian5x5s32, V, OVK_BACKENDS_NONE) \
   X(215, FilterGaussian5x5u8, V, OVK_BACKENDS_NONE) \
   X(43, BoxFilter11x11u8, V, OVK_BACKENDS_NONE)                  \
   X(44, BoxFilter3x3u8, V, OVK_BACKENDS_NONE)                    \
