@@ -205,7 +205,10 @@ OVK_API void ovkFilterGaussian11x11u8_v2(const uint8_t* src, uint32_t srcWidth, 
                                          uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
                                          int32_t blurBorder);
 /* Signed 16- and 32-bit 5x5 Gaussians: same weights, shift and blurBorder
- * rule; strides in bytes. */
+ * rule; strides in bytes.  Negative sums round toward minus infinity (floor),
+ * in the interior's shift and in the band's division alike.  An s16 image
+ * narrower or lower than 5 pixels has no interior: all of it is band, written
+ * only with blurBorder == 1. */
 OVK_API void ovkFilterGaussian5x5s16(const int16_t* src, uint32_t width, uint32_t height, int16_t* dst,
                                      int32_t blurBorder);
 OVK_API void ovkFilterGaussian5x5s16_v2(const int16_t* src, uint32_t srcWidth, uint32_t srcHeight,
