@@ -154,11 +154,10 @@ struct Binomial11x11u8 {
   hn::Vec<D32> Row(const uint32_t* sums) const {
     const auto pair = [&](int k) { return hn::Add(hn::LoadU(d32, sums + k), hn::LoadU(d32, sums + 10 - k)); };
     const auto w = [&](int k) { return hn::Set(d32, uint32_t(knl11x11[k])); };
-    auto total = hn::Add(pair(0), hn::Mul(hn::LoadU(d32, sums + 5), w(5)));
-    total = hn::Add(total, hn::Mul(pair(1), w(1)));
-    total = hn::Add(total, hn::Mul(pair(2), w(2)));
-    total = hn::Add(total, hn::Mul(pair(3), w(3)));
-    return hn::Add(total, hn::Mul(pair(4), w(4)));
+    const auto outer = hn::Add(hn::Add(pair(0), hn::Mul(pair(1), w(1))), hn::Mul(pair(2), w(2)));
+    const auto inner = hn::Add(hn::Add(hn::Mul(pair(3), w(3)), hn::Mul(pair(4), w(4))),
+                               hn::Mul(hn::LoadU(d32, sums + 5), w(5)));
+    return hn::Add(outer, inner);
   }
 
   // Pixels of at most 255 keep their value in the low byte.
@@ -224,8 +223,9 @@ void Interior11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint32
 
 // Row y of the top or bottom band, columns 5 .. width-6: the rows in the
 // image are summed in full width, so the pixel is the total over 2^10 times
-// the in-image row weights, floored.  A float quotient is off by at most one
-// and is then corrected in integers.
+// the in-image row weights, floored; flooring the division by 2^10 first
+// gives the same quotient.  A float quotient is off by at most one and is
+// then corrected in integers.
 void BandRow11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,
                     uint8_t* out) {
   const Binomial11x11u8<hn::ScalableTag<uint32_t>> k;
@@ -259,15 +259,17 @@ void BandRow11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_
 }
 
 // The top and bottom rows of the band: vectors between the corners, the
-// corners by the portable rule.
+// corners by the portable rule.  Needs height >= 11 and width >= lanes + 10.
 void TopBottomBand11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint8_t* dst,
                           uint32_t dstStride) {
-  for (uint32_t y = 0; y < height; y = (y == 4 && height > 10) ? height - 5 : y + 1) {
+  const auto bandRow = [&](uint32_t y) {
     uint8_t* out = dst + size_t(y) * dstStride;
     BandRow11x11u8(src, width, height, srcStride, y, out);
     ovkGaussian11x11u8BandRunC(src, width, height, srcStride, y, 0, 5, out);
     ovkGaussian11x11u8BandRunC(src, width, height, srcStride, y, width - 5, width, out);
-  }
+  };
+  for (uint32_t y = 0; y < 5; ++y) bandRow(y);
+  for (uint32_t y = height - 5; y < height; ++y) bandRow(y);
 }
 
 void Interior5x5s16(const int16_t* src, uint32_t width, uint32_t height, uint32_t srcStride, int16_t* dst,
