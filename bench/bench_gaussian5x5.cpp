@@ -1,6 +1,6 @@
-// Throughput of the 5x5 and 11x11 Gaussians in Mpixel/s: the portable and
-// the vector kernel called directly, and OpenCV on one thread when it is
-// available.  Names read filter/variant/WIDTHxHEIGHT.
+// Throughput of the 5x5 and 11x11 Gaussians (8-bit, and 5x5 16/32-bit) in
+// Mpixel/s: the portable and the vector kernel called directly, and OpenCV on
+// one thread when it is available.  Names read filter/variant/WIDTHxHEIGHT.
 #include <benchmark/benchmark.h>
 
 #include <functional>
@@ -41,8 +41,8 @@ std::vector<uint8_t> randomPlane(size_t pixels) {
   return plane;
 }
 
-void runPlaneKernel(benchmark::State& state, const PlaneKernel& kernel, FrameSize size) {
-  const std::vector<uint8_t> src = randomPlane(size_t(size.width) * size.height);
+void runPlaneKernel(benchmark::State& state, const PlaneKernel& kernel, FrameSize size, size_t bytesPerPixel) {
+  const std::vector<uint8_t> src = randomPlane(size_t(size.width) * size.height * bytesPerPixel);
   std::vector<uint8_t> dst(src.size());
   for (auto _ : state) {
     kernel(src.data(), dst.data(), size.width, size.height);
@@ -53,12 +53,13 @@ void runPlaneKernel(benchmark::State& state, const PlaneKernel& kernel, FrameSiz
   state.counters["Mpix/s"] = benchmark::Counter(megapixels, benchmark::Counter::kIsIterationInvariantRate);
 }
 
-void registerFilter(const std::string& filter, const std::vector<Variant>& variants) {
+// Random bytes make random signed pixels too.
+void registerFilter(const std::string& filter, const std::vector<Variant>& variants, size_t bytesPerPixel = 1) {
   for (const FrameSize& size : kFrameSizes) {
     const std::string sizeName = std::to_string(size.width) + "x" + std::to_string(size.height);
     for (const Variant& variant : variants)
       benchmark::RegisterBenchmark((filter + "/" + variant.name + "/" + sizeName).c_str(), runPlaneKernel,
-                                   variant.kernel, size);
+                                   variant.kernel, size, bytesPerPixel);
   }
 }
 
@@ -76,12 +77,24 @@ std::vector<Variant> orvikVariants(ovkFilterGaussian5x5u8Fn portable, ovkFilterG
   };
 }
 
+// The signed kernels, on planes of T with strides in bytes.
+template <class T, class Fn>
+std::vector<Variant> signedVariants(Fn portable, Fn vector) {
+  const auto variant = [](const char* name, Fn kernel) {
+    return Variant{name, [kernel](const uint8_t* src, uint8_t* dst, uint32_t width, uint32_t height) {
+                     kernel(reinterpret_cast<const T*>(src), width, height, width * sizeof(T),
+                            reinterpret_cast<T*>(dst), width * sizeof(T), 1);
+                   }};
+  };
+  return {variant("portable", portable), variant("vector", vector)};
+}
+
 #ifdef ORVIK_BENCH_OPENCV
 // OpenCV reflects at the border instead of renormalising; the cost is alike.
-Variant opencvVariant(int kernelSize) {
-  return {"opencv", [kernelSize](const uint8_t* src, uint8_t* dst, uint32_t width, uint32_t height) {
-            const cv::Mat in(int(height), int(width), CV_8UC1, const_cast<uint8_t*>(src));
-            cv::Mat out(int(height), int(width), CV_8UC1, dst);
+Variant opencvVariant(int kernelSize, int type = CV_8UC1) {
+  return {"opencv", [kernelSize, type](const uint8_t* src, uint8_t* dst, uint32_t width, uint32_t height) {
+            const cv::Mat in(int(height), int(width), type, const_cast<uint8_t*>(src));
+            cv::Mat out(int(height), int(width), type, dst);
             cv::GaussianBlur(in, out, cv::Size(kernelSize, kernelSize), 0, 0, cv::BORDER_DEFAULT);
           }};
 }
@@ -96,6 +109,15 @@ void registerGaussians() {
 #endif
   registerFilter("gaussian5x5", gaussian5x5);
   registerFilter("gaussian11x11", gaussian11x11);
+
+  std::vector<Variant> gaussian5x5s16 =
+      signedVariants<int16_t>(ovkFilterGaussian5x5s16C, ovkVectorFilterGaussian5x5s16());
+#ifdef ORVIK_BENCH_OPENCV
+  gaussian5x5s16.push_back(opencvVariant(5, CV_16SC1));
+#endif
+  registerFilter("gaussian5x5s16", gaussian5x5s16, sizeof(int16_t));
+  registerFilter("gaussian5x5s32", signedVariants<int32_t>(ovkFilterGaussian5x5s32C, ovkVectorFilterGaussian5x5s32()),
+                 sizeof(int32_t));
 }
 
 }  // namespace
