@@ -1,65 +1,9 @@
-// Throughput of the 3x3 median in Mpixel/s: portable and vector kernels
-// called directly, and OpenCV's cv::medianBlur on one thread when it is
-// available.
-// Names read filter/variant/WIDTHxHEIGHT.
-#include <benchmark/benchmark.h>
-
-#include <functional>
-#include <random>
-#include <string>
-#include <vector>
-
+// Throughput of the 3x3 median: portable and vector kernels called directly,
+// and OpenCV's cv::medianBlur.
 #include "cpu/orvikTable.h"
-
-#ifdef ORVIK_BENCH_OPENCV
-#include <opencv2/core.hpp>
-#include <opencv2/imgproc.hpp>
-#endif
+#include "support/plane_bench.h"
 
 namespace {
-
-struct FrameSize {
-  uint32_t width;
-  uint32_t height;
-};
-
-const FrameSize kFrameSizes[] = {{640, 480}, {1920, 1080}};
-
-using PlaneKernel = std::function<void(const uint8_t* src, uint8_t* dst, uint32_t width, uint32_t height)>;
-
-struct Variant {
-  const char* name;
-  PlaneKernel kernel;
-};
-
-std::vector<uint8_t> randomPlane(size_t pixels) {
-  std::mt19937 generator(2024);
-  std::uniform_int_distribution<int> value(0, 255);
-  std::vector<uint8_t> plane(pixels);
-  for (uint8_t& pixel : plane) pixel = uint8_t(value(generator));
-  return plane;
-}
-
-void runPlaneKernel(benchmark::State& state, const PlaneKernel& kernel, FrameSize size) {
-  const std::vector<uint8_t> src = randomPlane(size_t(size.width) * size.height);
-  std::vector<uint8_t> dst(src.size());
-  for (auto _ : state) {
-    kernel(src.data(), dst.data(), size.width, size.height);
-    benchmark::DoNotOptimize(dst.data());
-    benchmark::ClobberMemory();
-  }
-  const double megapixels = double(size.width) * size.height / 1e6;
-  state.counters["Mpix/s"] = benchmark::Counter(megapixels, benchmark::Counter::kIsIterationInvariantRate);
-}
-
-void registerFilter(const std::string& filter, const std::vector<Variant>& variants) {
-  for (const FrameSize& size : kFrameSizes) {
-    const std::string sizeName = std::to_string(size.width) + "x" + std::to_string(size.height);
-    for (const Variant& variant : variants)
-      benchmark::RegisterBenchmark((filter + "/" + variant.name + "/" + sizeName).c_str(), runPlaneKernel,
-                                   variant.kernel, size);
-  }
-}
 
 void registerMedian() {
   const ovkFilterMedian3x3u8Fn vectorKernel = ovkVectorFilterMedian3x3u8();
@@ -75,29 +19,11 @@ void registerMedian() {
   };
 #ifdef ORVIK_BENCH_OPENCV
   // OpenCV also fills the border by replication, which ours leaves alone.
-  variants.push_back({"opencv", [](const uint8_t* src, uint8_t* dst, uint32_t width, uint32_t height) {
-                        const cv::Mat in(int(height), int(width), CV_8UC1, const_cast<uint8_t*>(src));
-                        cv::Mat out(int(height), int(width), CV_8UC1, dst);
-                        cv::medianBlur(in, out, 3);
-                      }});
+  variants.push_back(opencvVariant([](const cv::Mat& src, cv::Mat& dst) { cv::medianBlur(src, dst, 3); }));
 #endif
   registerFilter("median3x3", variants);
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  ovkPelarSelectTarget();
-  ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE);
-  benchmark::AddCustomContext("highway_target", ovkPelarTargetName());
-#ifdef ORVIK_BENCH_OPENCV
-  cv::setNumThreads(1);
-  benchmark::AddCustomContext("opencv", cv::getVersionString());
-#endif
-  registerMedian();
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
+int main(int argc, char** argv) { return runBenchmarks(argc, argv, registerMedian); }

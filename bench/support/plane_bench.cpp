@@ -1,0 +1,75 @@
+#include "support/plane_bench.h"
+
+#include <benchmark/benchmark.h>
+
+#include <random>
+
+#include "cpu/orvikTable.h"
+
+namespace {
+
+struct FrameSize {
+  uint32_t width;
+  uint32_t height;
+};
+
+const FrameSize kFrameSizes[] = {{640, 480}, {1920, 1080}};
+
+// Random contents keep data-dependent shortcuts from flattering a kernel;
+// random bytes make random signed pixels too.
+std::vector<uint8_t> randomBytes(size_t count) {
+  std::mt19937 generator(2024);
+  std::uniform_int_distribution<int> value(0, 255);
+  std::vector<uint8_t> bytes(count);
+  for (uint8_t& byte : bytes) byte = uint8_t(value(generator));
+  return bytes;
+}
+
+void runPlaneKernel(benchmark::State& state, const PlaneKernel& kernel, FrameSize size, size_t bytesPerPixel) {
+  const std::vector<uint8_t> src = randomBytes(size_t(size.width) * size.height * bytesPerPixel);
+  std::vector<uint8_t> dst(src.size());
+  for (auto _ : state) {
+    kernel(src.data(), dst.data(), size.width, size.height);
+    benchmark::DoNotOptimize(dst.data());
+    benchmark::ClobberMemory();
+  }
+  const double megapixels = double(size.width) * size.height / 1e6;
+  state.counters["Mpix/s"] = benchmark::Counter(megapixels, benchmark::Counter::kIsIterationInvariantRate);
+}
+
+}  // namespace
+
+void registerFilter(const std::string& filter, const std::vector<Variant>& variants, size_t bytesPerPixel) {
+  for (const FrameSize& size : kFrameSizes) {
+    const std::string sizeName = std::to_string(size.width) + "x" + std::to_string(size.height);
+    for (const Variant& variant : variants)
+      benchmark::RegisterBenchmark((filter + "/" + variant.name + "/" + sizeName).c_str(), runPlaneKernel,
+                                   variant.kernel, size, bytesPerPixel);
+  }
+}
+
+#ifdef ORVIK_BENCH_OPENCV
+Variant opencvVariant(std::function<void(const cv::Mat& src, cv::Mat& dst)> filter, int type) {
+  return {"opencv", [filter, type](const uint8_t* src, uint8_t* dst, uint32_t width, uint32_t height) {
+            const cv::Mat in(int(height), int(width), type, const_cast<uint8_t*>(src));
+            cv::Mat out(int(height), int(width), type, dst);
+            filter(in, out);
+          }};
+}
+#endif
+
+int runBenchmarks(int argc, char** argv, void (*registerAll)()) {
+  ovkPelarSelectTarget();
+  ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE);
+  benchmark::AddCustomContext("highway_target", ovkPelarTargetName());
+#ifdef ORVIK_BENCH_OPENCV
+  cv::setNumThreads(1);
+  benchmark::AddCustomContext("opencv", cv::getVersionString());
+#endif
+  registerAll();
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}
