@@ -1,21 +1,9 @@
 // Exported entries of the smoothing filters.
 #include <limits.h>
 
-#include "orvikInternal.h"
+#include "orvikConstraints.h"
 
 namespace {
-
-// Size floor and alignment a DSP needs for strided 8-bit filters.
-bool dspTakesStrided(const void* src, uint32_t width, uint32_t height, uint32_t srcStride, const void* dst,
-                     uint32_t dstStride) {
-  return height >= 4 && uint64_t(srcStride) * height >= 25344 && srcStride % 8 == 0 && width % 8 == 0 &&
-         dstStride % 8 == 0 && ovkAligned(src, 8) && ovkAligned(dst, 8);
-}
-
-bool gpuTakesStrided(const void* src, uint32_t width, uint32_t srcStride, const void* dst, uint32_t dstStride) {
-  return ovkAligned(src, 16) && ovkAligned(dst, 16) && srcStride >= width && dstStride >= width &&
-         srcStride % 8 == 0 && dstStride % 8 == 0;
-}
 
 // The row kernels index with signed arithmetic; a width beyond it can only
 // come from a negative value passed by mistake.
@@ -34,12 +22,8 @@ OVK_API void ovkFilterGaussian3x3u8(const uint8_t* src, uint32_t width, uint32_t
                                     int32_t blurBorder) {
   using E = ovkEntry::FilterGaussian3x3u8;
   if (!widthConsistent<E>(width)) return;
-  const uint32_t impl = ovkSelectImpl<E>(
-      [&] { return ovkAligned(src, 16) && ovkAligned(dst, 16) && width % 8 == 0; },
-      [&] {
-        return width % 8 == 0 && height >= 4 && uint64_t(width) * height > 25344 && ovkAligned(src, 8) &&
-               ovkAligned(dst, 8);
-      });
+  const uint32_t impl = ovkSelectImpl<E>([&] { return ovkGpuTakesPacked(src, width, dst); },
+                                         [&] { return ovkDspTakesPacked(src, width, height, dst); });
   OVK_REQUIRE(E, src && dst && width && height);
   ovkCallVoid<E>(impl, src, width, height, width, dst, width, blurBorder);
 }
@@ -52,8 +36,8 @@ OVK_API void ovkFilterGaussian3x3u8_v2(const uint8_t* src, uint32_t srcWidth, ui
   dstStride = ovkPackedStride(dstStride, srcWidth);
   if (!widthConsistent<E>(srcWidth)) return;
   const uint32_t impl = ovkSelectImpl<E>(
-      [&] { return gpuTakesStrided(src, srcWidth, srcStride, dst, dstStride); },
-      [&] { return dspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride); });
+      [&] { return ovkGpuTakesStrided(src, srcWidth, srcStride, dst, dstStride); },
+      [&] { return ovkDspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride, ovkDspFloor::kFrom); });
   OVK_REQUIRE(E, src && dst && (srcWidth > 1) && (srcHeight > 1) && (srcStride >= srcWidth) && (dstStride >= srcWidth));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
 }
@@ -65,8 +49,8 @@ OVK_API ovkStatusCode ovkFilterGaussian3x3u8_v3(const uint8_t* src, uint32_t src
   srcStride = ovkPackedStride(srcStride, srcWidth);
   dstStride = ovkPackedStride(dstStride, srcWidth);
   const uint32_t impl = ovkSelectImpl<E>(
-      [] { return true; },
-      [&] { return dspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride); });
+      ovkNoGpuForm,
+      [&] { return ovkDspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride, ovkDspFloor::kFrom); });
   OVK_REQUIRE_STATUS(src && dst && srcWidth && srcHeight && borderType <= ORVIK_BORDER_REPLICATE &&
                      srcStride >= srcWidth && dstStride >= srcWidth);
   return ovkCallStatus<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, borderType, borderValue);

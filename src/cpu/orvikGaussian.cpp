@@ -1,25 +1,5 @@
 // Exported entries of the 5x5 and 11x11 Gaussians.
-#include "orvikInternal.h"
-
-namespace {
-
-// Size floor and alignment a DSP needs for the first-generation 11x11 filter.
-bool dspTakesPacked(const void* src, uint32_t width, uint32_t height, const void* dst) {
-  return width % 8 == 0 && height >= 4 && uint64_t(width) * height > 25344 && ovkAligned(src, 8) &&
-         ovkAligned(dst, 8);
-}
-
-// The same for strided calls: the floor counts stride bytes, not pixels.
-bool dspTakesStrided(const void* src, uint32_t width, uint32_t height, uint32_t srcStride, const void* dst,
-                     uint32_t dstStride) {
-  return height >= 4 && uint64_t(srcStride) * height > 25344 && srcStride % 8 == 0 && width % 8 == 0 &&
-         dstStride % 8 == 0 && ovkAligned(src, 8) && ovkAligned(dst, 8);
-}
-
-// The 11x11 filter has no GPU form.
-constexpr auto kNoGpu = [] { return true; };
-
-}  // namespace
+#include "orvikConstraints.h"
 
 extern "C" {
 
@@ -45,7 +25,7 @@ OVK_API void ovkFilterGaussian5x5u8_v2(const uint8_t* src, uint32_t srcWidth, ui
 OVK_API void ovkFilterGaussian11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
                                       int32_t blurBorder) {
   using E = ovkEntry::FilterGaussian11x11u8;
-  const uint32_t impl = ovkSelectImpl<E>(kNoGpu, [&] { return dspTakesPacked(src, width, height, dst); });
+  const uint32_t impl = ovkSelectImpl<E>(ovkNoGpuForm, [&] { return ovkDspTakesPacked(src, width, height, dst); });
   OVK_REQUIRE(E, src && dst && width && height && height > 10 && width > 10);
   ovkCallVoid<E>(impl, src, width, height, width, dst, width, blurBorder);
 }
@@ -57,7 +37,7 @@ OVK_API void ovkFilterGaussian11x11u8_v2(const uint8_t* src, uint32_t srcWidth, 
   srcStride = ovkPackedStride(srcStride, srcWidth);
   dstStride = ovkPackedStride(dstStride, srcWidth);
   const uint32_t impl = ovkSelectImpl<E>(
-      kNoGpu, [&] { return dspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride); });
+      ovkNoGpuForm, [&] { return ovkDspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride); });
   OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && dstStride && srcHeight > 10 && srcWidth > 10);
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
 }
