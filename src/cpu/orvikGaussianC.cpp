@@ -98,9 +98,11 @@ void interiorRow(const uint8_t* top, uint32_t srcStride, uint8_t* out, uint32_t 
   }
 }
 
+}  // namespace
+
 template <class Pixel, int Radius>
-void interior(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcStride, Pixel* dst,
-              uint32_t dstStride) {
+void ovkGaussianInteriorC(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcStride, Pixel* dst,
+                          uint32_t dstStride) {
   const auto* srcBytes = reinterpret_cast<const uint8_t*>(src);
   auto* dstBytes = reinterpret_cast<uint8_t*>(dst);
   for (uint32_t y = Radius; y + Radius < height; ++y)
@@ -112,8 +114,8 @@ void interior(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcStr
 // in-image rows are kept for the last 2 radius + 1 columns, so each column is
 // summed once per run.
 template <class Pixel, int Radius>
-void bandRun(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,
-             uint32_t xBegin, uint32_t xEnd, uint8_t* out) {
+void ovkGaussianBandRunC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,
+                         uint32_t xBegin, uint32_t xEnd, uint8_t* out) {
   constexpr int kTaps = 2 * Radius + 1;
   using Sum = SumOf<Pixel>;
   const int64_t firstRow = std::max<int64_t>(0, int64_t(y) - Radius);
@@ -144,8 +146,8 @@ void bandRun(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcSt
 }
 
 template <class Pixel, int Radius>
-void blurBand(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcStride, Pixel* dst,
-              uint32_t dstStride) {
+void ovkGaussianBlurBandC(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcStride, Pixel* dst,
+                          uint32_t dstStride) {
   const auto* srcBytes = reinterpret_cast<const uint8_t*>(src);
   auto* dstBytes = reinterpret_cast<uint8_t*>(dst);
   // Interior rows and columns are [top, bottom) and [left, right); empty when
@@ -157,81 +159,53 @@ void blurBand(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcStr
   for (uint32_t y = 0; y < height; ++y) {
     uint8_t* out = dstBytes + size_t(y) * dstStride;
     if (y < top || y >= bottom) {
-      bandRun<Pixel, Radius>(srcBytes, width, height, srcStride, y, 0, width, out);
+      ovkGaussianBandRunC<Pixel, Radius>(srcBytes, width, height, srcStride, y, 0, width, out);
     } else {
-      bandRun<Pixel, Radius>(srcBytes, width, height, srcStride, y, 0, left, out);
-      bandRun<Pixel, Radius>(srcBytes, width, height, srcStride, y, right, width, out);
+      ovkGaussianBandRunC<Pixel, Radius>(srcBytes, width, height, srcStride, y, 0, left, out);
+      ovkGaussianBandRunC<Pixel, Radius>(srcBytes, width, height, srcStride, y, right, width, out);
     }
   }
 }
 
+// The filters this library has.
+template void ovkGaussianInteriorC<uint8_t, 2>(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t);
+template void ovkGaussianInteriorC<uint8_t, 5>(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t);
+template void ovkGaussianInteriorC<int16_t, 2>(const int16_t*, uint32_t, uint32_t, uint32_t, int16_t*, uint32_t);
+template void ovkGaussianInteriorC<int32_t, 2>(const int32_t*, uint32_t, uint32_t, uint32_t, int32_t*, uint32_t);
+template void ovkGaussianBlurBandC<uint8_t, 2>(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t);
+template void ovkGaussianBlurBandC<uint8_t, 5>(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t);
+template void ovkGaussianBlurBandC<int16_t, 2>(const int16_t*, uint32_t, uint32_t, uint32_t, int16_t*, uint32_t);
+template void ovkGaussianBlurBandC<int32_t, 2>(const int32_t*, uint32_t, uint32_t, uint32_t, int32_t*, uint32_t);
+template void ovkGaussianBandRunC<uint8_t, 5>(const uint8_t*, uint32_t, uint32_t, uint32_t, uint32_t, uint32_t,
+                                              uint32_t, uint8_t*);
+
+namespace {
+
+template <class Pixel, int Radius>
+void filterPortable(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcStride, Pixel* dst,
+                    uint32_t dstStride, int32_t blurBorder) {
+  ovkGaussianFilter<Pixel>(ovkGaussianInteriorC<Pixel, Radius>, ovkGaussianBlurBandC<Pixel, Radius>, src, width,
+                           height, srcStride, dst, dstStride, blurBorder);
+}
+
 }  // namespace
-
-void ovkGaussian5x5u8InteriorC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
-                               uint8_t* dst, uint32_t dstStride) {
-  interior<uint8_t, 2>(src, width, height, srcStride, dst, dstStride);
-}
-
-void ovkGaussian11x11u8InteriorC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
-                                 uint8_t* dst, uint32_t dstStride) {
-  interior<uint8_t, 5>(src, width, height, srcStride, dst, dstStride);
-}
-
-void ovkGaussian5x5s16InteriorC(const int16_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
-                                int16_t* dst, uint32_t dstStride) {
-  interior<int16_t, 2>(src, width, height, srcStride, dst, dstStride);
-}
-
-void ovkGaussian5x5s32InteriorC(const int32_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
-                                int32_t* dst, uint32_t dstStride) {
-  interior<int32_t, 2>(src, width, height, srcStride, dst, dstStride);
-}
-
-void ovkGaussian5x5u8BlurBandC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
-                               uint8_t* dst, uint32_t dstStride) {
-  blurBand<uint8_t, 2>(src, width, height, srcStride, dst, dstStride);
-}
-
-void ovkGaussian11x11u8BlurBandC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
-                                 uint8_t* dst, uint32_t dstStride) {
-  blurBand<uint8_t, 5>(src, width, height, srcStride, dst, dstStride);
-}
-
-void ovkGaussian5x5s32BlurBandC(const int32_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
-                                int32_t* dst, uint32_t dstStride) {
-  blurBand<int32_t, 2>(src, width, height, srcStride, dst, dstStride);
-}
-
-void ovkGaussian11x11u8BandRunC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,
-                                uint32_t xBegin, uint32_t xEnd, uint8_t* dstRow) {
-  bandRun<uint8_t, 5>(src, width, height, srcStride, y, xBegin, xEnd, dstRow);
-}
-
-void ovkGaussian5x5s16BlurBandC(const int16_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
-                                int16_t* dst, uint32_t dstStride) {
-  blurBand<int16_t, 2>(src, width, height, srcStride, dst, dstStride);
-}
 
 void ovkFilterGaussian5x5u8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                              uint8_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<uint8_t>(ovkGaussian5x5u8InteriorC, ovkGaussian5x5u8BlurBandC, src, srcWidth, srcHeight,
-                             srcStride, dst, dstStride, blurBorder);
+  filterPortable<uint8_t, 2>(src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
 }
 
 void ovkFilterGaussian11x11u8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                uint8_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<uint8_t>(ovkGaussian11x11u8InteriorC, ovkGaussian11x11u8BlurBandC, src, srcWidth,
-                             srcHeight, srcStride, dst, dstStride, blurBorder);
+  filterPortable<uint8_t, 5>(src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
 }
 
 void ovkFilterGaussian5x5s16C(const int16_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                               int16_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<int16_t>(ovkGaussian5x5s16InteriorC, ovkGaussian5x5s16BlurBandC, src, srcWidth, srcHeight,
-                             srcStride, dst, dstStride, blurBorder);
+  filterPortable<int16_t, 2>(src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
 }
 
 void ovkFilterGaussian5x5s32C(const int32_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                               int32_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<int32_t>(ovkGaussian5x5s32InteriorC, ovkGaussian5x5s32BlurBandC, src, srcWidth, srcHeight,
-                             srcStride, dst, dstStride, blurBorder);
+  filterPortable<int32_t, 2>(src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
 }

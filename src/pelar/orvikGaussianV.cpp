@@ -46,7 +46,7 @@ void Interior5x5u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t
   const hn::Rebind<uint8_t, decltype(d16)> d8;
   const hn::RebindToSigned<decltype(d16)> di16;
   const size_t lanes = hn::Lanes(d16);
-  if (width < lanes + 4) return ovkGaussian5x5u8InteriorC(src, width, height, srcStride, dst, dstStride);
+  if (width < lanes + 4) return ovkGaussianInteriorC<uint8_t, 2>(src, width, height, srcStride, dst, dstStride);
   const auto binomial = [](auto a, auto b, auto c, auto d, auto e) {
     const auto inner = hn::Add(hn::Add(b, d), c);
     return hn::Add(hn::Add(hn::Add(a, e), hn::ShiftLeft<2>(inner)), hn::ShiftLeft<1>(c));
@@ -265,8 +265,8 @@ void TopBottomBand11x11u8(const uint8_t* src, uint32_t width, uint32_t height, u
   const auto bandRow = [&](uint32_t y) {
     uint8_t* out = dst + size_t(y) * dstStride;
     BandRow11x11u8(src, width, height, srcStride, y, out);
-    ovkGaussian11x11u8BandRunC(src, width, height, srcStride, y, 0, 5, out);
-    ovkGaussian11x11u8BandRunC(src, width, height, srcStride, y, width - 5, width, out);
+    ovkGaussianBandRunC<uint8_t, 5>(src, width, height, srcStride, y, 0, 5, out);
+    ovkGaussianBandRunC<uint8_t, 5>(src, width, height, srcStride, y, width - 5, width, out);
   };
   for (uint32_t y = 0; y < 5; ++y) bandRow(y);
   for (uint32_t y = height - 5; y < height; ++y) bandRow(y);
@@ -274,7 +274,7 @@ void TopBottomBand11x11u8(const uint8_t* src, uint32_t width, uint32_t height, u
 
 void Interior5x5s16(const int16_t* src, uint32_t width, uint32_t height, uint32_t srcStride, int16_t* dst,
                     uint32_t dstStride) {
-  Interior32<int16_t, 2>(src, width, height, srcStride, dst, dstStride, ovkGaussian5x5s16InteriorC);
+  Interior32<int16_t, 2>(src, width, height, srcStride, dst, dstStride, ovkGaussianInteriorC<int16_t, 2>);
 }
 
 // 5x5 on 32-bit pixels in 64-bit lanes: a full sum is at most 2^31 * 256,
@@ -288,7 +288,7 @@ void Interior5x5s32(const int32_t* src, uint32_t width, uint32_t height, uint32_
   const hn::RebindToUnsigned<decltype(d64)> du64;
   const hn::RebindToUnsigned<decltype(d32)> du32;
   const size_t lanes = hn::Lanes(d64);
-  if (width < lanes + 4) return ovkGaussian5x5s32InteriorC(src, width, height, srcStride, dst, dstStride);
+  if (width < lanes + 4) return ovkGaussianInteriorC<int32_t, 2>(src, width, height, srcStride, dst, dstStride);
   const auto binomial = [](auto a, auto b, auto c, auto d, auto e) {
     const auto inner = hn::Add(hn::Add(b, d), c);
     return hn::Add(hn::Add(hn::Add(a, e), hn::ShiftLeft<2>(inner)), hn::ShiftLeft<1>(c));
@@ -320,8 +320,8 @@ void Interior5x5s32(const int32_t* src, uint32_t width, uint32_t height, uint32_
 
 void FilterGaussian5x5u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                          uint8_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<uint8_t>(Interior5x5u8, ovkGaussian5x5u8BlurBandC, src, srcWidth, srcHeight, srcStride, dst,
-                             dstStride, blurBorder);
+  ovkGaussianFilter<uint8_t>(Interior5x5u8, ovkGaussianBlurBandC<uint8_t, 2>, src, srcWidth, srcHeight, srcStride,
+                             dst, dstStride, blurBorder);
 }
 
 // Images narrower than a vector plus the halo, or without an interior row,
@@ -336,14 +336,14 @@ void FilterGaussian11x11u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHe
 
 void FilterGaussian5x5s16(const int16_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                           int16_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<int16_t>(Interior5x5s16, ovkGaussian5x5s16BlurBandC, src, srcWidth, srcHeight, srcStride, dst,
-                             dstStride, blurBorder);
+  ovkGaussianFilter<int16_t>(Interior5x5s16, ovkGaussianBlurBandC<int16_t, 2>, src, srcWidth, srcHeight, srcStride,
+                             dst, dstStride, blurBorder);
 }
 
 void FilterGaussian5x5s32(const int32_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                           int32_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<int32_t>(Interior5x5s32, ovkGaussian5x5s32BlurBandC, src, srcWidth, srcHeight, srcStride, dst,
-                             dstStride, blurBorder);
+  ovkGaussianFilter<int32_t>(Interior5x5s32, ovkGaussianBlurBandC<int32_t, 2>, src, srcWidth, srcHeight, srcStride,
+                             dst, dstStride, blurBorder);
 }
 
 }  // namespace HWY_NAMESPACE
