@@ -293,7 +293,7 @@ TEST(Gaussian5x5, VectorMatchesPortableOnEveryTarget) {
                                              height, rng, target + " 5x5s32");
       }
       if (width > 10)
-        for (const uint32_t height : {11u, 12u, 16u})
+        for (const uint32_t height : {11u, 12u, 13u, 16u, 19u})
           expectVectorMatchesPortable<uint8_t>(ovkVectorFilterGaussian11x11u8(), ovkFilterGaussian11x11u8C, width,
                                                height, rng, target + " 11x11u8");
     }

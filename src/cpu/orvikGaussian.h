@@ -27,7 +27,7 @@ void ovkGaussianBlurBandC(const Pixel* src, uint32_t width, uint32_t height, uin
                           uint32_t dstStride);
 
 // Pixels xBegin .. xEnd-1 of row y of the band, from and to raw bytes; dstRow
-// is row y of dst.  Built for the 8-bit 11x11 filter.
+// is row y of dst.  Built for the 8-bit filters.
 template <class Pixel, int Radius>
 void ovkGaussianBandRunC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,
                          uint32_t xBegin, uint32_t xEnd, uint8_t* dstRow);

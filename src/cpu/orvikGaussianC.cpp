@@ -176,6 +176,8 @@ template void ovkGaussianBlurBandC<uint8_t, 2>(const uint8_t*, uint32_t, uint32_
 template void ovkGaussianBlurBandC<uint8_t, 5>(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t);
 template void ovkGaussianBlurBandC<int16_t, 2>(const int16_t*, uint32_t, uint32_t, uint32_t, int16_t*, uint32_t);
 template void ovkGaussianBlurBandC<int32_t, 2>(const int32_t*, uint32_t, uint32_t, uint32_t, int32_t*, uint32_t);
+template void ovkGaussianBandRunC<uint8_t, 2>(const uint8_t*, uint32_t, uint32_t, uint32_t, uint32_t, uint32_t,
+                                              uint32_t, uint8_t*);
 template void ovkGaussianBandRunC<uint8_t, 5>(const uint8_t*, uint32_t, uint32_t, uint32_t, uint32_t, uint32_t,
                                               uint32_t, uint8_t*);
 

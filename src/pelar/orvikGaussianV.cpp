@@ -1,7 +1,9 @@
 // Vector 5x5 and 11x11 Gaussians.  Each interior row is filtered in strips:
 // the vertical sums of a strip's columns go to a small buffer that stays in
-// L1, and the horizontal pass reads them back at each tap's offset.  Rows too
-// short for one vector, and the edge band, use the portable code.
+// L1, and the horizontal pass reads them back at each tap's offset.  The 8-bit
+// filters take the side band of each interior row from the same sums and
+// filter the top and bottom band rows in vectors; images too small for one
+// vector, the band corners and the signed filters' band use the portable code.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "pelar/orvikGaussianV.cpp"
 #include <hwy/foreach_target.h>  // IWYU pragma: keep
@@ -36,31 +38,112 @@ void forEachVector(size_t count, size_t lanes, At at) {
   if (i < count) at(count - lanes);
 }
 
+// The taps of a horizontal pass over a buffer: tap k is the vector k lanes
+// past the first.  One load per 16-byte block, with the lanes of the next
+// block shifted in, replaces an unaligned load per tap, most of which would
+// cross a cache line.  Reads up to a block of lanes past the last tap, so
+// buffers carry kPadding lanes beyond their data; those lanes are never used.
+template <class D, size_t kTaps>
+class Taps {
+ public:
+  using T = hn::TFromD<D>;
+  static constexpr size_t kBlockLanes = HWY_MAX(size_t{1}, 16 / sizeof(T));
+  static constexpr size_t kPadding = kBlockLanes;
+
+  Taps(D d, const T* first) : d_(d) {
+#if HWY_TARGET == HWY_SCALAR
+    first_ = first;
+#else
+    for (size_t b = 0; b < kBlocks; ++b) blocks_[b] = hn::LoadU(d, first + b * kBlockLanes);
+#endif
+  }
+
+  template <size_t k>
+  hn::Vec<D> At() const {
+    static_assert(k < kTaps, "tap out of range");
+#if HWY_TARGET == HWY_SCALAR
+    return hn::LoadU(d_, first_ + k);
+#else
+    constexpr size_t kBlock = k / kBlockLanes, kShift = k % kBlockLanes;
+    if constexpr (kShift == 0)
+      return blocks_[kBlock];
+    else
+      return hn::CombineShiftRightBytes<kShift * sizeof(T)>(d_, blocks_[kBlock + 1], blocks_[kBlock]);
+#endif
+  }
+
+ private:
+  static constexpr size_t kBlocks = (kTaps - 1) / kBlockLanes + 2;
+  D d_;
+#if HWY_TARGET == HWY_SCALAR
+  const T* first_;
+#else
+  hn::Vec<D> blocks_[kBlocks];
+#endif
+};
+
+// The first row of the (2 Radius + 1)-tap kernel: a binomial row summing to
+// 2^(2 Radius).
+template <int Radius>
+const int32_t* KernelRow() {
+  static_assert(Radius == 2 || Radius == 5, "5x5 or 11x11");
+  return Radius == 2 ? knl5x5 : knl11x11;
+}
+
+// A band pixel of an interior row: the weighted sum of the full column sums
+// in the image over 2^(2 Radius) times their weights.  Column c is at
+// sums[c - first].  Flooring the power of two first gives the same quotient.
+template <int Radius, class Sum>
+uint8_t SideBandPixelu8(const Sum* sums, size_t first, uint32_t width, uint32_t x) {
+  const int32_t* row = KernelRow<Radius>();
+  const uint32_t from = x < Radius ? 0 : x - Radius, to = HWY_MIN(width - 1, x + Radius);
+  uint32_t total = 0, weights = 0;
+  for (uint32_t tx = from; tx <= to; ++tx) {
+    const uint32_t weight = uint32_t(row[tx + Radius - x]);
+    total += weight * sums[tx - first];
+    weights += weight;
+  }
+  return uint8_t((total >> (2 * Radius)) / weights);
+}
+
+// The band pixels of an interior row that a strip's column sums cover: the
+// first strip starts at column 0, the last ends at width - 1.  Computing them
+// here, while the rows are in cache, is what makes the band cheap.
+template <int Radius, class Sum>
+void StoreSideBandu8(const Sum* sums, size_t begin, size_t count, uint32_t width, uint8_t* row) {
+  if (begin == 0)
+    for (uint32_t x = 0; x < Radius; ++x) row[x] = SideBandPixelu8<Radius>(sums, 0, width, x);
+  if (begin + count + 2 * Radius == width)
+    for (uint32_t x = width - Radius; x < width; ++x) row[x] = SideBandPixelu8<Radius>(sums, begin, width, x);
+}
+
+using Tag5x5u8 = hn::ScalableTag<uint16_t>;
+
 // 5x5 on 8-bit pixels in 16-bit lanes: a column sum is at most 255 * 16 and
 // a full sum 255 * 256, so neither overflows.  The weights 1 4 6 4 1 are
 // formed as a + e + 4 (b + c + d) + 2 c.  Rows go in pairs: six source rows
-// give the column sums of two output rows.
+// give the column sums of two output rows.  With `sides`, also the band
+// pixels of the interior rows.  Needs width >= lanes + 4.
 void Interior5x5u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint8_t* dst,
-                   uint32_t dstStride) {
-  const hn::ScalableTag<uint16_t> d16;
+                   uint32_t dstStride, bool sides) {
+  const Tag5x5u8 d16;
   const hn::Rebind<uint8_t, decltype(d16)> d8;
   const hn::RebindToSigned<decltype(d16)> di16;
   const size_t lanes = hn::Lanes(d16);
-  if (width < lanes + 4) return ovkGaussianInteriorC<uint8_t, 2>(src, width, height, srcStride, dst, dstStride);
   const auto binomial = [](auto a, auto b, auto c, auto d, auto e) {
     const auto inner = hn::Add(hn::Add(b, d), c);
     return hn::Add(hn::Add(hn::Add(a, e), hn::ShiftLeft<2>(inner)), hn::ShiftLeft<1>(c));
   };
   // Output pixels i .. i+lanes-1 of a strip from its column sums.
   const auto storeRow = [&](const uint16_t* sums, size_t i, uint8_t* out) {
-    const uint16_t* s = sums + i;
-    const auto sum = binomial(hn::LoadU(d16, s), hn::LoadU(d16, s + 1), hn::LoadU(d16, s + 2),
-                              hn::LoadU(d16, s + 3), hn::LoadU(d16, s + 4));
+    const Taps<decltype(d16), 5> taps(d16, sums + i);
+    const auto sum = binomial(taps.At<0>(), taps.At<1>(), taps.At<2>(), taps.At<3>(), taps.At<4>());
     // At most 255 after the shift, so the signed narrowing is exact.
     hn::StoreU(hn::DemoteTo(d8, hn::BitCast(di16, hn::ShiftRight<8>(sum))), d8, out + i);
   };
-  HWY_ALIGN uint16_t upperSums[kStripOutputs + 4];
-  HWY_ALIGN uint16_t lowerSums[kStripOutputs + 4];
+  constexpr size_t kSums = kStripOutputs + 4 + Taps<decltype(d16), 5>::kPadding;
+  HWY_ALIGN uint16_t upperSums[kSums] = {};
+  HWY_ALIGN uint16_t lowerSums[kSums] = {};
   uint32_t y = 2;
   for (; y + 2 < height; y += 2) {
     const bool pair = y + 3 < height;
@@ -81,27 +164,34 @@ void Interior5x5u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t
         storeRow(upperSums, i, upperOut + begin);
         if (pair) storeRow(lowerSums, i, lowerOut + begin);
       });
+      if (!sides) return;
+      StoreSideBandu8<2>(upperSums, begin, count, width, upperOut - 2);
+      if (pair) StoreSideBandu8<2>(lowerSums, begin, count, width, lowerOut - 2);
     });
   }
 }
 
-// Any radius on 8- or 16-bit pixels in 32-bit lanes.  The kernel row is
-// symmetric, so mirrored taps are added before their one multiply.
+// The kernel row applied to taps tapAt(0 .. 2 Radius) in 32-bit lanes.  The
+// row is symmetric, so mirrored taps are added before their one multiply.
+template <int Radius, class D, class TapAt>
+hn::Vec<D> SymmetricSum(D d, TapAt tapAt) {
+  const int32_t* row = KernelRow<Radius>();
+  using T = hn::TFromD<D>;
+  auto sum = hn::Mul(tapAt(Radius), hn::Set(d, T(row[Radius])));
+  for (int tap = 0; tap < Radius; ++tap)
+    sum = hn::Add(sum, hn::Mul(hn::Add(tapAt(tap), tapAt(2 * Radius - tap)), hn::Set(d, T(row[tap]))));
+  return sum;
+}
+
+// Any radius on 8- or 16-bit pixels in 32-bit lanes.
 template <class Pixel, int Radius>
-void Interior32(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcStride, Pixel* dst,
-                uint32_t dstStride, ovkGaussianPassFn<Pixel> portable) {
-  constexpr int kTaps = 2 * Radius + 1;
+void Interior32(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcStride, Pixel* dst, uint32_t dstStride,
+                ovkGaussianPassFn<Pixel> portable) {
   const hn::ScalableTag<int32_t> d32;
   const hn::Rebind<Pixel, decltype(d32)> dp;
   const size_t lanes = hn::Lanes(d32);
   if (width < lanes + 2 * Radius) return portable(src, width, height, srcStride, dst, dstStride);
-  const int32_t* row = Radius == 2 ? knl5x5 : knl11x11;  // first row of the kernel
-  const auto weighted = [&](auto tapAt) {
-    auto sum = hn::Mul(tapAt(Radius), hn::Set(d32, row[Radius]));
-    for (int tap = 0; tap < Radius; ++tap)
-      sum = hn::Add(sum, hn::Mul(hn::Add(tapAt(tap), tapAt(kTaps - 1 - tap)), hn::Set(d32, row[tap])));
-    return sum;
-  };
+  const auto weighted = [&](auto tapAt) { return SymmetricSum<Radius>(d32, tapAt); };
   const auto* srcBytes = reinterpret_cast<const uint8_t*>(src);
   HWY_ALIGN int32_t sums[kStripOutputs + 2 * Radius];
   for (uint32_t y = Radius; y + Radius < height; ++y) {
@@ -140,8 +230,7 @@ struct Binomial11x11u8 {
 
   using V16 = hn::Vec<hn::Rebind<uint16_t, D32>>;
 
-  hn::Vec<D32> Column(V16 p0, V16 p1, V16 p2, V16 p3, V16 p4, V16 p5, V16 p6, V16 p7, V16 p8, V16 p9,
-                      V16 p10) const {
+  hn::Vec<D32> Column(V16 p0, V16 p1, V16 p2, V16 p3, V16 p4, V16 p5, V16 p6, V16 p7, V16 p8, V16 p9, V16 p10) const {
     const auto w = [&](int k, int divisor) { return hn::Set(d16, uint16_t(knl11x11[k] / divisor)); };
     const auto odd = hn::Add(hn::Add(p0, p10), hn::Mul(hn::Add(p2, p8), w(2, 1)));
     const auto outer = hn::Add(hn::Mul(hn::Add(p1, p9), w(1, 2)), hn::Mul(hn::Add(p4, p6), w(4, 2)));
@@ -150,13 +239,18 @@ struct Binomial11x11u8 {
     return hn::Add(hn::PromoteTo(d32, odd), hn::ShiftLeft<1>(even));
   }
 
+  using RowTaps = Taps<D32, 11>;
+
   // The full weighted sum of columns sums[0..10], at most 255 * 2^20.
   hn::Vec<D32> Row(const uint32_t* sums) const {
-    const auto pair = [&](int k) { return hn::Add(hn::LoadU(d32, sums + k), hn::LoadU(d32, sums + 10 - k)); };
+    const RowTaps t(d32, sums);
     const auto w = [&](int k) { return hn::Set(d32, uint32_t(knl11x11[k])); };
-    const auto outer = hn::Add(hn::Add(pair(0), hn::Mul(pair(1), w(1))), hn::Mul(pair(2), w(2)));
-    const auto inner = hn::Add(hn::Add(hn::Mul(pair(3), w(3)), hn::Mul(pair(4), w(4))),
-                               hn::Mul(hn::LoadU(d32, sums + 5), w(5)));
+    const auto outer = hn::Add(hn::Add(hn::Add(t.template At<0>(), t.template At<10>()),
+                                       hn::Mul(hn::Add(t.template At<1>(), t.template At<9>()), w(1))),
+                               hn::Mul(hn::Add(t.template At<2>(), t.template At<8>()), w(2)));
+    const auto inner = hn::Add(hn::Add(hn::Mul(hn::Add(t.template At<3>(), t.template At<7>()), w(3)),
+                                       hn::Mul(hn::Add(t.template At<4>(), t.template At<6>()), w(4))),
+                               hn::Mul(t.template At<5>(), w(5)));
     return hn::Add(outer, inner);
   }
 
@@ -164,112 +258,98 @@ struct Binomial11x11u8 {
   void Store(hn::Vec<D32> pixels, uint8_t* out) const { hn::StoreU(hn::TruncateTo(d8, pixels), d8, out); }
 };
 
-// A band pixel of an interior row: the weighted sum of the full column sums
-// in the image over 2^10 times their weights.  Column c is at sums[c - first].
-uint8_t SideBandPixel11x11u8(const uint32_t* sums, size_t first, uint32_t width, uint32_t x) {
-  const uint32_t from = x < 5 ? 0 : x - 5, to = HWY_MIN(width - 1, x + 5);
-  uint32_t total = 0, weights = 0;
-  for (uint32_t tx = from; tx <= to; ++tx) {
-    const uint32_t weight = uint32_t(knl11x11[tx + 5 - x]);
-    total += weight * sums[tx - first];
-    weights += weight;
-  }
-  return uint8_t(total / (weights << 10));
-}
-
 // The interior, and with `sides` the band pixels of the interior rows, taken
-// from the first and last strip's column sums.  Rows go in pairs: twelve
-// source rows give the column sums of two outputs.  Needs width >= lanes + 10.
+// from the first and last strip's column sums.  Rows go four at a time:
+// fourteen source rows give the column sums of four outputs, with each row
+// loaded once.  Needs width >= lanes + 10.
 void Interior11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint8_t* dst,
                      uint32_t dstStride, bool sides) {
+  constexpr uint32_t kRowsPerPass = 4;
   const Binomial11x11u8<hn::ScalableTag<uint32_t>> k;
   const size_t lanes = hn::Lanes(k.d32);
-  HWY_ALIGN uint32_t upperSums[kStripOutputs + 10];
-  HWY_ALIGN uint32_t lowerSums[kStripOutputs + 10];
-  const auto storeSides = [&](const uint32_t* sums, size_t begin, size_t count, uint8_t* row) {
-    if (begin == 0)
-      for (uint32_t x = 0; x < 5; ++x) row[x] = SideBandPixel11x11u8(sums, 0, width, x);
-    if (begin + count + 10 == width)
-      for (uint32_t x = width - 5; x < width; ++x) row[x] = SideBandPixel11x11u8(sums, begin, width, x);
-  };
-  for (uint32_t y = 5; y + 5 < height; y += 2) {
-    const bool pair = y + 6 < height;
+  constexpr size_t kSums = kStripOutputs + 10 + decltype(k)::RowTaps::kPadding;
+  HWY_ALIGN uint32_t sums[kRowsPerPass][kSums] = {};
+  for (uint32_t y = 5; y + 5 < height; y += kRowsPerPass) {
+    const uint32_t rows = HWY_MIN(kRowsPerPass, height - 5 - y);
     const uint8_t* r0 = src + size_t(y - 5) * srcStride;
-    const uint8_t* r11 = pair ? r0 + 11 * size_t(srcStride) : r0;  // unread without a second row
-    uint8_t* upperRow = dst + size_t(y) * dstStride;
-    uint8_t* lowerRow = upperRow + dstStride;
     forEachStrip(width - 10, [&](size_t begin, size_t count) {
       forEachVector(count + 10, lanes, [&](size_t i) {
         const size_t x = begin + i;
-        const auto p = [&](int row) { return hn::PromoteTo(k.d16, hn::LoadU(k.d8, r0 + row * size_t(srcStride) + x)); };
-        const auto p1 = p(1), p2 = p(2), p3 = p(3), p4 = p(4), p5 = p(5), p6 = p(6), p7 = p(7), p8 = p(8),
-                   p9 = p(9), p10 = p(10);
-        hn::StoreU(k.Column(p(0), p1, p2, p3, p4, p5, p6, p7, p8, p9, p10), k.d32, upperSums + i);
-        if (pair) {
-          const auto p11 = hn::PromoteTo(k.d16, hn::LoadU(k.d8, r11 + x));
-          hn::StoreU(k.Column(p1, p2, p3, p4, p5, p6, p7, p8, p9, p10, p11), k.d32, lowerSums + i);
+        const auto p = [&](uint32_t row) {
+          return hn::PromoteTo(k.d16, hn::LoadU(k.d8, r0 + row * size_t(srcStride) + x));
+        };
+        auto p0 = p(0), p1 = p(1), p2 = p(2), p3 = p(3), p4 = p(4), p5 = p(5), p6 = p(6), p7 = p(7), p8 = p(8),
+             p9 = p(9), p10 = p(10);
+        hn::StoreU(k.Column(p0, p1, p2, p3, p4, p5, p6, p7, p8, p9, p10), k.d32, sums[0] + i);
+        for (uint32_t r = 1; r < rows; ++r) {
+          p0 = p1, p1 = p2, p2 = p3, p3 = p4, p4 = p5, p5 = p6, p6 = p7, p7 = p8, p8 = p9, p9 = p10, p10 = p(10 + r);
+          hn::StoreU(k.Column(p0, p1, p2, p3, p4, p5, p6, p7, p8, p9, p10), k.d32, sums[r] + i);
         }
       });
-      forEachVector(count, lanes, [&](size_t i) {
-        k.Store(hn::ShiftRight<20>(k.Row(upperSums + i)), upperRow + 5 + begin + i);
-        if (pair) k.Store(hn::ShiftRight<20>(k.Row(lowerSums + i)), lowerRow + 5 + begin + i);
-      });
-      if (!sides) return;
-      storeSides(upperSums, begin, count, upperRow);
-      if (pair) storeSides(lowerSums, begin, count, lowerRow);
+      for (uint32_t r = 0; r < rows; ++r) {
+        uint8_t* out = dst + size_t(y + r) * dstStride;
+        forEachVector(count, lanes,
+                      [&](size_t i) { k.Store(hn::ShiftRight<20>(k.Row(sums[r] + i)), out + 5 + begin + i); });
+        if (sides) StoreSideBandu8<5>(sums[r], begin, count, width, out);
+      }
     });
   }
 }
 
-// Row y of the top or bottom band, columns 5 .. width-6: the rows in the
-// image are summed in full width, so the pixel is the total over 2^10 times
-// the in-image row weights, floored; flooring the division by 2^10 first
-// gives the same quotient.  A float quotient is off by at most one and is
-// then corrected in integers.
-void BandRow11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y,
-                    uint8_t* out) {
-  const Binomial11x11u8<hn::ScalableTag<uint32_t>> k;
-  const hn::RebindToSigned<decltype(k.d32)> di;
-  const hn::Rebind<float, decltype(k.d32)> df;
-  const size_t lanes = hn::Lanes(k.d32);
-  const uint32_t firstRow = y < 5 ? 0 : y - 5;
-  const uint32_t lastRow = HWY_MIN(height - 1, y + 5);
+// Row y of the top or bottom band, columns Radius .. width-Radius-1: the
+// rows in the image are summed in full width, so the pixel is the total over
+// 2^(2 Radius) times the in-image row weights, floored; flooring the power of
+// two first gives the same quotient.  A float quotient is off by at most one
+// and is then corrected in integers.
+template <int Radius>
+void BandRowu8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint32_t y, uint8_t* out) {
+  const hn::ScalableTag<uint32_t> d32;
+  const hn::Rebind<uint8_t, decltype(d32)> d8;
+  const hn::RebindToSigned<decltype(d32)> di;
+  const hn::Rebind<float, decltype(d32)> df;
+  const size_t lanes = hn::Lanes(d32);
+  const int32_t* row = KernelRow<Radius>();
+  const uint32_t firstRow = y < Radius ? 0 : y - Radius;
+  const uint32_t lastRow = HWY_MIN(height - 1, y + Radius);
   int32_t rowWeights = 0;
-  for (uint32_t ty = firstRow; ty <= lastRow; ++ty) rowWeights += knl11x11[ty + 5 - y];
+  for (uint32_t ty = firstRow; ty <= lastRow; ++ty) rowWeights += row[ty + Radius - y];
   const auto divisor = hn::Set(di, rowWeights);
-  HWY_ALIGN uint32_t sums[kStripOutputs + 10];
-  forEachStrip(width - 10, [&](size_t begin, size_t count) {
-    forEachVector(count + 10, lanes, [&](size_t i) {
-      auto sum = hn::Zero(k.d32);
+  HWY_ALIGN uint32_t sums[kStripOutputs + 2 * Radius];
+  forEachStrip(width - 2 * Radius, [&](size_t begin, size_t count) {
+    forEachVector(count + 2 * Radius, lanes, [&](size_t i) {
+      auto sum = hn::Zero(d32);
       for (uint32_t ty = firstRow; ty <= lastRow; ++ty) {
-        const auto pixels = hn::PromoteTo(k.d32, hn::LoadU(k.d8, src + ty * size_t(srcStride) + begin + i));
-        sum = hn::Add(sum, hn::Mul(pixels, hn::Set(k.d32, uint32_t(knl11x11[ty + 5 - y]))));
+        const auto pixels = hn::PromoteTo(d32, hn::LoadU(d8, src + ty * size_t(srcStride) + begin + i));
+        sum = hn::Add(sum, hn::Mul(pixels, hn::Set(d32, uint32_t(row[ty + Radius - y]))));
       }
-      hn::StoreU(sum, k.d32, sums + i);
+      hn::StoreU(sum, d32, sums + i);
     });
     forEachVector(count, lanes, [&](size_t i) {
-      const auto dividend = hn::BitCast(di, hn::ShiftRight<10>(k.Row(sums + i)));
+      const auto total = SymmetricSum<Radius>(d32, [&](int tap) { return hn::LoadU(d32, sums + i + tap); });
+      const auto dividend = hn::BitCast(di, hn::ShiftRight<2 * Radius>(total));
       auto quotient = hn::ConvertTo(di, hn::Div(hn::ConvertTo(df, dividend), hn::ConvertTo(df, divisor)));
       const auto remainder = hn::Sub(dividend, hn::Mul(quotient, divisor));
       quotient = hn::IfThenElse(hn::Lt(remainder, hn::Zero(di)), hn::Sub(quotient, hn::Set(di, 1)), quotient);
       quotient = hn::IfThenElse(hn::Lt(remainder, divisor), quotient, hn::Add(quotient, hn::Set(di, 1)));
-      k.Store(hn::BitCast(k.d32, quotient), out + 5 + begin + i);
+      hn::StoreU(hn::TruncateTo(d8, hn::BitCast(d32, quotient)), d8, out + Radius + begin + i);
     });
   });
 }
 
 // The top and bottom rows of the band: vectors between the corners, the
-// corners by the portable rule.  Needs height >= 11 and width >= lanes + 10.
-void TopBottomBand11x11u8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint8_t* dst,
-                          uint32_t dstStride) {
+// corners by the portable rule.  Needs height >= 2 Radius + 1 and width >=
+// 32-bit lanes + 2 Radius.
+template <int Radius>
+void TopBottomBandu8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, uint8_t* dst,
+                     uint32_t dstStride) {
   const auto bandRow = [&](uint32_t y) {
     uint8_t* out = dst + size_t(y) * dstStride;
-    BandRow11x11u8(src, width, height, srcStride, y, out);
-    ovkGaussianBandRunC<uint8_t, 5>(src, width, height, srcStride, y, 0, 5, out);
-    ovkGaussianBandRunC<uint8_t, 5>(src, width, height, srcStride, y, width - 5, width, out);
+    BandRowu8<Radius>(src, width, height, srcStride, y, out);
+    ovkGaussianBandRunC<uint8_t, Radius>(src, width, height, srcStride, y, 0, Radius, out);
+    ovkGaussianBandRunC<uint8_t, Radius>(src, width, height, srcStride, y, width - Radius, width, out);
   };
-  for (uint32_t y = 0; y < 5; ++y) bandRow(y);
-  for (uint32_t y = height - 5; y < height; ++y) bandRow(y);
+  for (uint32_t y = 0; y < Radius; ++y) bandRow(y);
+  for (uint32_t y = height - Radius; y < height; ++y) bandRow(y);
 }
 
 void Interior5x5s16(const int16_t* src, uint32_t width, uint32_t height, uint32_t srcStride, int16_t* dst,
@@ -318,32 +398,34 @@ void Interior5x5s32(const int32_t* src, uint32_t width, uint32_t height, uint32_
   }
 }
 
-void FilterGaussian5x5u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
-                         uint8_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<uint8_t>(Interior5x5u8, ovkGaussianBlurBandC<uint8_t, 2>, src, srcWidth, srcHeight, srcStride,
-                             dst, dstStride, blurBorder);
-}
-
 // Images narrower than a vector plus the halo, or without an interior row,
 // go to the portable filter.
-void FilterGaussian11x11u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
-                           uint8_t* dst, uint32_t dstStride, int32_t blurBorder) {
+void FilterGaussian5x5u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                         uint32_t dstStride, int32_t blurBorder) {
+  if (srcWidth < hn::Lanes(Tag5x5u8()) + 4 || srcHeight < 5)
+    return ovkFilterGaussian5x5u8C(src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
+  Interior5x5u8(src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder == 1);
+  if (blurBorder == 1) TopBottomBandu8<2>(src, srcWidth, srcHeight, srcStride, dst, dstStride);
+}
+
+void FilterGaussian11x11u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                           uint32_t dstStride, int32_t blurBorder) {
   if (srcWidth < hn::Lanes(hn::ScalableTag<uint32_t>()) + 10 || srcHeight < 11)
     return ovkFilterGaussian11x11u8C(src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
   Interior11x11u8(src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder == 1);
-  if (blurBorder == 1) TopBottomBand11x11u8(src, srcWidth, srcHeight, srcStride, dst, dstStride);
+  if (blurBorder == 1) TopBottomBandu8<5>(src, srcWidth, srcHeight, srcStride, dst, dstStride);
 }
 
-void FilterGaussian5x5s16(const int16_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
-                          int16_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<int16_t>(Interior5x5s16, ovkGaussianBlurBandC<int16_t, 2>, src, srcWidth, srcHeight, srcStride,
-                             dst, dstStride, blurBorder);
+void FilterGaussian5x5s16(const int16_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, int16_t* dst,
+                          uint32_t dstStride, int32_t blurBorder) {
+  ovkGaussianFilter<int16_t>(Interior5x5s16, ovkGaussianBlurBandC<int16_t, 2>, src, srcWidth, srcHeight, srcStride, dst,
+                             dstStride, blurBorder);
 }
 
-void FilterGaussian5x5s32(const int32_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
-                          int32_t* dst, uint32_t dstStride, int32_t blurBorder) {
-  ovkGaussianFilter<int32_t>(Interior5x5s32, ovkGaussianBlurBandC<int32_t, 2>, src, srcWidth, srcHeight, srcStride,
-                             dst, dstStride, blurBorder);
+void FilterGaussian5x5s32(const int32_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, int32_t* dst,
+                          uint32_t dstStride, int32_t blurBorder) {
+  ovkGaussianFilter<int32_t>(Interior5x5s32, ovkGaussianBlurBandC<int32_t, 2>, src, srcWidth, srcHeight, srcStride, dst,
+                             dstStride, blurBorder);
 }
 
 }  // namespace HWY_NAMESPACE
