@@ -252,6 +252,15 @@ OVK_API ovkStatusCode ovkFilterMedian3x3u8_v3(const uint8_t* src, uint32_t srcWi
                                               uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
                                               ovkBorderType borderType, uint8_t borderValue);
 
+/* ---- Colour conversion: YCbCr to RGB ------------------------------------------ */
+
+/* Luma/chroma planes to packed RGB565, RGB888 or RGBA8888. */
+
+/* ---- Colour conversion: RGB to YCbCr and gray ---------------------------------- */
+
+/* Packed RGB565, RGB888 or RGBA8888 to luma/chroma planes, or to gray. */
+
+
 /* ---- Kernel pointers --------------------------------------------------------- */
 
 /*
@@ -291,6 +300,11 @@ typedef ovkBoxFilter3x3u8Fn ovkBoxFilter5x5u8Fn;
 typedef ovkBoxFilter3x3u8Fn ovkBoxFilter11x11u8Fn;
 typedef ovkBoxFilter3x3u8Fn ovkFilterMedian3x3u8Fn;
 typedef ovkFilterGaussian3x3u8_v3Fn ovkFilterMedian3x3u8_v3Fn;
+
+/* Kernel types of the YCbCr to RGB conversions. */
+
+/* Kernel types of the RGB to YCbCr and gray conversions, and of their row
+ * kernels (the inner-kernel slots). */
 
 #ifdef __cplusplus
 }

@@ -8,7 +8,7 @@
 #   android   the android-log preset (Debian's liblog port)
 #   cross     the aarch64 and armv7 presets: cross compilers, qemu-user and
 #             the arm64/armhf multiarch Highway and GoogleTest
-#   opencv    OpenCV, for comparisons against a peer library
+#   opencv    OpenCV and libyuv, for comparisons against peer libraries
 #   all       every stage above
 #
 # Quiet when nothing is missing.  Installing needs root (or password-less
@@ -29,7 +29,7 @@ stage_packages() {
         g++-aarch64-linux-gnu libhwy-dev:arm64 libgtest-dev:arm64 \
         g++-arm-linux-gnueabihf libhwy-dev:armhf libgtest-dev:armhf
       ;;
-    opencv) echo libopencv-dev ;;
+    opencv) echo libopencv-dev libyuv-dev ;;
     *) return 1 ;;
   esac
 }

@@ -25,9 +25,15 @@ std::vector<uint8_t> randomBytes(size_t count) {
   return bytes;
 }
 
-void runPlaneKernel(benchmark::State& state, const PlaneKernel& kernel, FrameSize size, size_t bytesPerPixel) {
-  const std::vector<uint8_t> src = randomBytes(size_t(size.width) * size.height * bytesPerPixel);
-  std::vector<uint8_t> dst(src.size());
+// Bytes of a frame at `bytesPerPixel`, rounded up.
+size_t frameBytes(FrameSize size, double bytesPerPixel) {
+  return size_t(double(size.width) * size.height * bytesPerPixel + 0.999);
+}
+
+void runPlaneKernel(benchmark::State& state, const PlaneKernel& kernel, FrameSize size, double srcBytesPerPixel,
+                    double dstBytesPerPixel) {
+  const std::vector<uint8_t> src = randomBytes(frameBytes(size, srcBytesPerPixel));
+  std::vector<uint8_t> dst(frameBytes(size, dstBytesPerPixel));
   for (auto _ : state) {
     kernel(src.data(), dst.data(), size.width, size.height);
     benchmark::DoNotOptimize(dst.data());
@@ -39,13 +45,18 @@ void runPlaneKernel(benchmark::State& state, const PlaneKernel& kernel, FrameSiz
 
 }  // namespace
 
-void registerFilter(const std::string& filter, const std::vector<Variant>& variants, size_t bytesPerPixel) {
+void registerConversion(const std::string& conversion, const std::vector<Variant>& variants,
+                        double srcBytesPerPixel, double dstBytesPerPixel) {
   for (const FrameSize& size : kFrameSizes) {
     const std::string sizeName = std::to_string(size.width) + "x" + std::to_string(size.height);
     for (const Variant& variant : variants)
-      benchmark::RegisterBenchmark((filter + "/" + variant.name + "/" + sizeName).c_str(), runPlaneKernel,
-                                   variant.kernel, size, bytesPerPixel);
+      benchmark::RegisterBenchmark((conversion + "/" + variant.name + "/" + sizeName).c_str(), runPlaneKernel,
+                                   variant.kernel, size, srcBytesPerPixel, dstBytesPerPixel);
   }
+}
+
+void registerFilter(const std::string& filter, const std::vector<Variant>& variants, size_t bytesPerPixel) {
+  registerConversion(filter, variants, double(bytesPerPixel), double(bytesPerPixel));
 }
 
 #ifdef ORVIK_BENCH_OPENCV

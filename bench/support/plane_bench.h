@@ -27,6 +27,14 @@ struct Variant {
 // Registers every variant at both frame sizes.
 void registerFilter(const std::string& filter, const std::vector<Variant>& variants, size_t bytesPerPixel = 1);
 
+// The same for kernels whose source and destination differ in layout, such
+// as colour conversions: a frame of width x height pixels takes
+// srcBytesPerPixel bytes per pixel in the source (1.5 for 4:2:0 YCbCr) and
+// dstBytesPerPixel in the destination.  Kernels get packed buffers and
+// derive the plane pointers themselves.
+void registerConversion(const std::string& conversion, const std::vector<Variant>& variants,
+                        double srcBytesPerPixel, double dstBytesPerPixel);
+
 #ifdef ORVIK_BENCH_OPENCV
 // Wraps the planes in cv::Mat headers of `type`, without copying.
 Variant opencvVariant(std::function<void(const cv::Mat& src, cv::Mat& dst)> filter, int type = CV_8UC1);

@@ -16,7 +16,9 @@
 //   vector   V: src/pelar provides ovkVector<Group>(); N: portable only.
 //   backends OVK_BACKENDS_* below: DSP/GPU forms and the mode tables that
 //            send the group to them.
-#define OVK_GROUPS(X)                                          \
+#define OVK_GROUPS(X) OVK_FILTER_GROUPS(X) OVK_YCBCR_TO_RGB_GROUPS(X) OVK_RGB_TO_YCBCR_GROUPS(X)
+
+#define OVK_FILTER_GROUPS(X)                                   \
   X(212, FilterGaussian3x3u8, V,                                 \
     OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD | OVK_GPU_FORM | OVK_GPU_PERFORMANCE) \
   X(446, FilterGaussian3x3u8_v3, V, OVK_DSP_ANY_MODE) \
@@ -32,6 +34,12 @@
     OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_PERFORMANCE | OVK_DSP_OFFLOAD | OVK_GPU_FORM) \
   X(447, FilterMedian3x3u8_v3, V, OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD)
 
+// Colour conversion, YCbCr to RGB.
+#define OVK_YCBCR_TO_RGB_GROUPS(X)
+
+// Colour conversion, RGB to YCbCr and gray.
+#define OVK_RGB_TO_YCBCR_GROUPS(X)
+
 // OVK_INTERNAL_GROUPS(X): same columns, for ovkInternalFuncTable.
 #define OVK_INTERNAL_GROUPS(X)
 
@@ -40,7 +48,9 @@
 //                  ppovk<Name>.
 //   SelectorGroup  whose ovkImplTable selector the entry reads (normally Group).
 //   remote         R: the group has a DSP or GPU form, so ovk<Name>R_ exists.
-#define OVK_ENTRIES(X)                                                   \
+#define OVK_ENTRIES(X) OVK_FILTER_ENTRIES(X) OVK_YCBCR_TO_RGB_ENTRIES(X) OVK_RGB_TO_YCBCR_ENTRIES(X)
+
+#define OVK_FILTER_ENTRIES(X)                                            \
   X(FilterGaussian3x3u8, FilterGaussian3x3u8, FilterGaussian3x3u8, R)    \
   X(FilterGaussian3x3u8_v2, FilterGaussian3x3u8, FilterGaussian3x3u8, R) \
   X(FilterGaussian3x3u8_v3, FilterGaussian3x3u8_v3, FilterGaussian3x3u8_v3, R) \
@@ -59,6 +69,10 @@
   X(FilterMedian3x3u8, FilterMedian3x3u8, FilterMedian3x3u8, R)          \
   X(FilterMedian3x3u8_v2, FilterMedian3x3u8, FilterMedian3x3u8, R)       \
   X(FilterMedian3x3u8_v3, FilterMedian3x3u8_v3, FilterMedian3x3u8_v3, R)
+
+#define OVK_YCBCR_TO_RGB_ENTRIES(X)
+
+#define OVK_RGB_TO_YCBCR_ENTRIES(X)
 
 // Inner-kernel slots: X(slot, Fn).  The portable routine behind a slot is its
 // name with C in place of the trailing underscore; a vector routine, where one
