@@ -252,6 +252,83 @@ OVK_API ovkStatusCode ovkFilterMedian3x3u8_v3(const uint8_t* src, uint32_t srcWi
                                               uint32_t srcStride, uint8_t* dst, uint32_t dstStride,
                                               ovkBorderType borderType, uint8_t borderValue);
 
+/* ---- Gradients and edges ---------------------------------------------------- */
+
+/*
+ * 3x3 derivatives of 8-bit images.  Only the interior is computed: source
+ * rows and columns 1 .. size-2; nothing at all for images narrower or lower
+ * than 3, and the outermost rows and columns of planar and magnitude outputs
+ * are not written.  With s(x, y) the source pixel:
+ *   central differences  dx = s(x+1,y) - s(x-1,y), dy = s(x,y+1) - s(x,y-1);
+ *   Sobel                dx = (column x+1) - (column x-1), each column
+ *                        s(.,y-1) + 2 s(.,y) + s(.,y+1); dy likewise on rows;
+ *   Scharr               the same with weights 3 10 3.
+ * Interleaved outputs hold one (dx, dy) pair per interior pixel, dx first:
+ * output row r (stride gradStride bytes) belongs to source row r+1 and holds
+ * srcWidth-2 pairs, pair c for source column c+1.  Planar outputs are two
+ * images of the source's size with the common stride dxyStride.  "Scaled"
+ * s16/s8 outputs store the Sobel value >> 3 (floor, so -1 gives -1), f32
+ * outputs the value * 0.125; central differences and Scharr are unscaled.
+ * First-generation entries take no output stride and use the packed one; in
+ * `_v2`/`_v3` entries an output stride of 0 means packed too.
+ */
+OVK_API void ovkImageGradientInterleaveds16(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                            uint32_t srcStride, int16_t* gradients);
+OVK_API void ovkImageGradientInterleaveds16_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                               uint32_t srcStride, int16_t* gradients, uint32_t gradStride);
+OVK_API void ovkImageGradientInterleavedf32(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                            uint32_t srcStride, float* gradients);
+OVK_API void ovkImageGradientInterleavedf32_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                               uint32_t srcStride, float* gradients, uint32_t gradStride);
+OVK_API void ovkImageGradientPlanars16(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                       uint32_t srcStride, int16_t* dx, int16_t* dy);
+OVK_API void ovkImageGradientPlanars16_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                          uint32_t srcStride, int16_t* dx, int16_t* dy, uint32_t dxyStride);
+OVK_API void ovkImageGradientPlanarf32(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                       uint32_t srcStride, float* dx, float* dy);
+OVK_API void ovkImageGradientPlanarf32_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                          uint32_t srcStride, float* dx, float* dy, uint32_t dxyStride);
+
+/* Sobel, scaled; `_v3` of the interleaved s16 form is unscaled (-1020..1020). */
+OVK_API void ovkImageGradientSobelInterleaveds16(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                 uint32_t srcStride, int16_t* gradients);
+OVK_API void ovkImageGradientSobelInterleaveds16_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                    uint32_t srcStride, int16_t* gradients, uint32_t gradStride);
+OVK_API void ovkImageGradientSobelInterleaveds16_v3(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                    uint32_t srcStride, int16_t* gradients, uint32_t gradStride);
+OVK_API void ovkImageGradientSobelInterleavedf32(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                 uint32_t srcStride, float* gradients);
+OVK_API void ovkImageGradientSobelInterleavedf32_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                    uint32_t srcStride, float* gradients, uint32_t gradStride);
+OVK_API void ovkImageGradientSobelPlanars16(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                            uint32_t srcStride, int16_t* dx, int16_t* dy);
+OVK_API void ovkImageGradientSobelPlanars16_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                               uint32_t srcStride, int16_t* dx, int16_t* dy, uint32_t dxyStride);
+OVK_API void ovkImageGradientSobelPlanars8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                           uint32_t srcStride, int8_t* dx, int8_t* dy);
+OVK_API void ovkImageGradientSobelPlanars8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                              uint32_t srcStride, int8_t* dx, int8_t* dy, uint32_t dxyStride);
+OVK_API void ovkImageGradientSobelPlanarf32(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                            uint32_t srcStride, float* dx, float* dy);
+OVK_API void ovkImageGradientSobelPlanarf32_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                               uint32_t srcStride, float* dx, float* dy, uint32_t dxyStride);
+/* Sobel on a float image (srcStride in bytes), scaled by 0.125; each column
+ * sum is evaluated as (s(.,y-1) + 2 s(.,y)) + s(.,y+1) in float. */
+OVK_API void ovkImageGradientSobelPlanarf32f32(const float* src, uint32_t srcWidth, uint32_t srcHeight,
+                                               uint32_t srcStride, float* dx, float* dy);
+OVK_API void ovkImageGradientSobelPlanarf32f32_v2(const float* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                  uint32_t srcStride, float* dx, float* dy, uint32_t dxyStride);
+
+/* Scharr, unscaled (-4080..4080), interleaved; gradStride 0 means packed. */
+OVK_API void ovkImageGradientScharrInterleaveds16(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                  uint32_t srcStride, int16_t* gradients, uint32_t gradStride);
+
+/* Sobel magnitude: min(|dx| + |dy|, 255) of the unscaled Sobel gradients,
+ * interior only. */
+OVK_API void ovkFilterSobel3x3u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+OVK_API void ovkFilterSobel3x3u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                    uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+
 /* ---- Colour conversion: YCbCr to RGB ------------------------------------------ */
 
 /* Luma/chroma planes to packed RGB565, RGB888 or RGBA8888. */
@@ -262,6 +339,28 @@ OVK_API ovkStatusCode ovkFilterMedian3x3u8_v3(const uint8_t* src, uint32_t srcWi
 
 
 /* ---- Kernel pointers --------------------------------------------------------- */
+
+/* Kernel types of the gradients: the `_v2` argument lists. */
+typedef void (*ovkImageGradientInterleaveds16Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                 uint32_t srcStride, int16_t* gradients, uint32_t gradStride);
+typedef void (*ovkImageGradientInterleavedf32Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                 uint32_t srcStride, float* gradients, uint32_t gradStride);
+typedef void (*ovkImageGradientPlanars16Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                            uint32_t srcStride, int16_t* dx, int16_t* dy, uint32_t dxyStride);
+typedef void (*ovkImageGradientPlanarf32Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                            uint32_t srcStride, float* dx, float* dy, uint32_t dxyStride);
+typedef void (*ovkImageGradientSobelPlanars8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                uint32_t srcStride, int8_t* dx, int8_t* dy, uint32_t dxyStride);
+typedef void (*ovkImageGradientSobelPlanarf32f32Fn)(const float* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                    uint32_t srcStride, float* dx, float* dy, uint32_t dxyStride);
+typedef ovkImageGradientInterleaveds16Fn ovkImageGradientSobelInterleaveds16Fn;
+typedef ovkImageGradientInterleaveds16Fn ovkImageGradientSobelInterleaveds16_v3Fn;
+typedef ovkImageGradientInterleaveds16Fn ovkImageGradientScharrInterleaveds16Fn;
+typedef ovkImageGradientInterleavedf32Fn ovkImageGradientSobelInterleavedf32Fn;
+typedef ovkImageGradientPlanars16Fn ovkImageGradientSobelPlanars16Fn;
+typedef ovkImageGradientPlanarf32Fn ovkImageGradientSobelPlanarf32Fn;
+typedef void (*ovkFilterSobel3x3u8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                      uint8_t* dst, uint32_t dstStride);
 
 /*
  * For every operation `ovkX`, `ovkX_` holds its portable kernel and `ppovkX`

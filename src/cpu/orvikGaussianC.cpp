@@ -55,19 +55,6 @@ constexpr int kShift = 4 * Radius;
 template <class Pixel>
 using SumOf = std::conditional_t<sizeof(Pixel) == 4, int64_t, int32_t>;
 
-// Pixels are copied in and out so that rows at any byte address are fine.
-template <class Pixel>
-Pixel loadPixel(const uint8_t* row, int64_t x) {
-  Pixel pixel;
-  memcpy(&pixel, row + size_t(x) * sizeof(Pixel), sizeof pixel);
-  return pixel;
-}
-
-template <class Pixel>
-void storePixel(uint8_t* row, int64_t x, Pixel pixel) {
-  memcpy(row + size_t(x) * sizeof(Pixel), &pixel, sizeof pixel);
-}
-
 template <class Sum>
 Sum floorDivide(Sum sum, Sum divisor) {
   return sum / divisor - (sum % divisor < 0 ? 1 : 0);
@@ -84,7 +71,7 @@ void interiorRow(const uint8_t* top, uint32_t srcStride, uint8_t* out, uint32_t 
   const auto columnSum = [&](uint32_t x) {
     Sum sum = 0;
     for (int tap = 0; tap < kTaps; ++tap)
-      sum += Sum(tapWeight<Radius>(tap)) * loadPixel<Pixel>(top + size_t(tap) * srcStride, x);
+      sum += Sum(tapWeight<Radius>(tap)) * ovkLoadElement<Pixel>(top + size_t(tap) * srcStride, x);
     return sum;
   };
   Sum window[kTaps];
@@ -93,7 +80,7 @@ void interiorRow(const uint8_t* top, uint32_t srcStride, uint8_t* out, uint32_t 
     window[kTaps - 1] = columnSum(x + Radius);
     Sum total = 0;
     for (int tap = 0; tap < kTaps; ++tap) total += Sum(tapWeight<Radius>(tap)) * window[tap];
-    storePixel<Pixel>(out, x, Pixel(total >> kShift<Radius>));
+    ovkStoreElement<Pixel>(out, x, Pixel(total >> kShift<Radius>));
     std::copy(window + 1, window + kTaps, window);
   }
 }
@@ -125,7 +112,7 @@ void ovkGaussianBandRunC(const uint8_t* src, uint32_t width, uint32_t height, ui
   const auto columnSum = [&](int64_t x) {
     Sum sum = 0;
     for (int64_t ty = firstRow; ty <= lastRow; ++ty)
-      sum += Sum(tapWeight<Radius>(int(ty - y + Radius))) * loadPixel<Pixel>(src + size_t(ty) * srcStride, x);
+      sum += Sum(tapWeight<Radius>(int(ty - y + Radius))) * ovkLoadElement<Pixel>(src + size_t(ty) * srcStride, x);
     return sum;
   };
 
@@ -141,7 +128,7 @@ void ovkGaussianBandRunC(const uint8_t* src, uint32_t width, uint32_t height, ui
       total += weight * columns[tx % kTaps];
       columnWeights += weight;
     }
-    storePixel<Pixel>(out, x, Pixel(floorDivide(total, rowWeights * columnWeights)));
+    ovkStoreElement<Pixel>(out, x, Pixel(floorDivide(total, rowWeights * columnWeights)));
   }
 }
 

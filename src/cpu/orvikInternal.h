@@ -107,6 +107,20 @@ inline uint32_t ovkPackedStride(uint32_t stride, uint32_t rowBytes) {
   return stride ? stride : rowBytes;
 }
 
+// Elements of rows at any byte address: copied, so that misaligned strides
+// stay defined behaviour.
+template <class T>
+inline T ovkLoadElement(const uint8_t* row, size_t x) {
+  T value;
+  __builtin_memcpy(&value, row + x * sizeof(T), sizeof value);
+  return value;
+}
+
+template <class T>
+inline void ovkStoreElement(uint8_t* row, size_t x, T value) {
+  __builtin_memcpy(row + x * sizeof(T), &value, sizeof value);
+}
+
 inline bool ovkAligned(const void* p, uintptr_t alignment) {
   return (reinterpret_cast<uintptr_t>(p) & (alignment - 1)) == 0;
 }

@@ -16,7 +16,51 @@
 //   vector   V: src/pelar provides ovkVector<Group>(); N: portable only.
 //   backends OVK_BACKENDS_* below: DSP/GPU forms and the mode tables that
 //            send the group to them.
-#define OVK_GROUPS(X) OVK_FILTER_GROUPS(X) OVK_YCBCR_TO_RGB_GROUPS(X) OVK_RGB_TO_YCBCR_GROUPS(X)
+#define OVK_GROUPS(X) \
+  OVK_FILTER_GROUPS(X) OVK_GRADIENT_GROUPS(X) OVK_YCBCR_TO_RGB_GROUPS(X) OVK_RGB_TO_YCBCR_GROUPS(X)
+
+// Gradients and edges (448 is the unscaled Sobel `_v3`, a later addition).
+#define OVK_GRADIENT_GROUPS(X)                                                \
+  X(218, FilterSobel3x3u8, V, OVK_BACKENDS_NONE)                               \
+  X(270, ImageGradientInterleavedf32, V, OVK_DSP_ANY_MODE)                     \
+  X(271, ImageGradientInterleaveds16, V, OVK_BACKENDS_NONE)                    \
+  X(272, ImageGradientPlanarf32, V, OVK_BACKENDS_NONE)                         \
+  X(273, ImageGradientPlanars16, V, OVK_BACKENDS_NONE)                         \
+  X(274, ImageGradientScharrInterleaveds16, V, OVK_BACKENDS_NONE)              \
+  X(275, ImageGradientSobelInterleavedf32, V, OVK_BACKENDS_NONE)               \
+  X(276, ImageGradientSobelInterleaveds16, V, OVK_BACKENDS_NONE)               \
+  X(448, ImageGradientSobelInterleaveds16_v3, V, OVK_BACKENDS_NONE)            \
+  X(277, ImageGradientSobelPlanarf32, V, OVK_BACKENDS_NONE)                    \
+  X(278, ImageGradientSobelPlanarf32f32, V, OVK_BACKENDS_NONE)                 \
+  X(279, ImageGradientSobelPlanars16, V, OVK_BACKENDS_NONE)                    \
+  X(280, ImageGradientSobelPlanars8, V, OVK_BACKENDS_NONE)
+
+#define OVK_GRADIENT_ENTRIES(X)                                                                                 \
+  X(FilterSobel3x3u8, FilterSobel3x3u8, FilterSobel3x3u8, N)                                                    \
+  X(FilterSobel3x3u8_v2, FilterSobel3x3u8, FilterSobel3x3u8, N)                                                 \
+  X(ImageGradientInterleavedf32, ImageGradientInterleavedf32, ImageGradientInterleavedf32, R)                   \
+  X(ImageGradientInterleavedf32_v2, ImageGradientInterleavedf32, ImageGradientInterleavedf32, R)                \
+  X(ImageGradientInterleaveds16, ImageGradientInterleaveds16, ImageGradientInterleaveds16, N)                   \
+  X(ImageGradientInterleaveds16_v2, ImageGradientInterleaveds16, ImageGradientInterleaveds16, N)                \
+  X(ImageGradientPlanarf32, ImageGradientPlanarf32, ImageGradientPlanarf32, N)                                  \
+  X(ImageGradientPlanarf32_v2, ImageGradientPlanarf32, ImageGradientPlanarf32, N)                               \
+  X(ImageGradientPlanars16, ImageGradientPlanars16, ImageGradientPlanars16, N)                                  \
+  X(ImageGradientPlanars16_v2, ImageGradientPlanars16, ImageGradientPlanars16, N)                               \
+  X(ImageGradientScharrInterleaveds16, ImageGradientScharrInterleaveds16, ImageGradientScharrInterleaveds16, N) \
+  X(ImageGradientSobelInterleavedf32, ImageGradientSobelInterleavedf32, ImageGradientSobelInterleavedf32, N)    \
+  X(ImageGradientSobelInterleavedf32_v2, ImageGradientSobelInterleavedf32, ImageGradientSobelInterleavedf32, N) \
+  X(ImageGradientSobelInterleaveds16, ImageGradientSobelInterleaveds16, ImageGradientSobelInterleaveds16, N)    \
+  X(ImageGradientSobelInterleaveds16_v2, ImageGradientSobelInterleaveds16, ImageGradientSobelInterleaveds16, N) \
+  X(ImageGradientSobelInterleaveds16_v3, ImageGradientSobelInterleaveds16_v3, ImageGradientSobelInterleaveds16_v3, \
+    N)                                                                                                          \
+  X(ImageGradientSobelPlanarf32, ImageGradientSobelPlanarf32, ImageGradientSobelPlanarf32, N)                   \
+  X(ImageGradientSobelPlanarf32_v2, ImageGradientSobelPlanarf32, ImageGradientSobelPlanarf32, N)                \
+  X(ImageGradientSobelPlanarf32f32, ImageGradientSobelPlanarf32f32, ImageGradientSobelPlanarf32f32, N)          \
+  X(ImageGradientSobelPlanarf32f32_v2, ImageGradientSobelPlanarf32f32, ImageGradientSobelPlanarf32f32, N)       \
+  X(ImageGradientSobelPlanars16, ImageGradientSobelPlanars16, ImageGradientSobelPlanars16, N)                   \
+  X(ImageGradientSobelPlanars16_v2, ImageGradientSobelPlanars16, ImageGradientSobelPlanars16, N)                \
+  X(ImageGradientSobelPlanars8, ImageGradientSobelPlanars8, ImageGradientSobelPlanars8, N)                      \
+  X(ImageGradientSobelPlanars8_v2, ImageGradientSobelPlanars8, ImageGradientSobelPlanars8, N)
 
 #define OVK_FILTER_GROUPS(X)                                   \
   X(212, FilterGaussian3x3u8, V,                                 \
@@ -48,7 +92,8 @@
 //                  ppovk<Name>.
 //   SelectorGroup  whose ovkImplTable selector the entry reads (normally Group).
 //   remote         R: the group has a DSP or GPU form, so ovk<Name>R_ exists.
-#define OVK_ENTRIES(X) OVK_FILTER_ENTRIES(X) OVK_YCBCR_TO_RGB_ENTRIES(X) OVK_RGB_TO_YCBCR_ENTRIES(X)
+#define OVK_ENTRIES(X) \
+  OVK_FILTER_ENTRIES(X) OVK_GRADIENT_ENTRIES(X) OVK_YCBCR_TO_RGB_ENTRIES(X) OVK_RGB_TO_YCBCR_ENTRIES(X)
 
 #define OVK_FILTER_ENTRIES(X)                                            \
   X(FilterGaussian3x3u8, FilterGaussian3x3u8, FilterGaussian3x3u8, R)    \
