@@ -74,6 +74,20 @@ void registerGradients() {
     sum.convertTo(dst, CV_8U);
   }));
 #endif
+  // Thresholds on the L1 magnitude of the unscaled Sobel gradients, as
+  // OpenCV's Canny uses them with L2gradient off.
+  constexpr int kLow = 100, kHigh = 250;
+  const ovkFilterCanny3x3u8Fn cannyVector = ovkVectorFilterCanny3x3u8();
+  std::vector<Variant> canny = {
+      {"portable", [](const uint8_t* src, uint8_t* dst, uint32_t width,
+                      uint32_t height) { ovkFilterCanny3x3u8C(src, width, height, width, dst, width, kLow, kHigh); }},
+      {"vector", [cannyVector](const uint8_t* src, uint8_t* dst, uint32_t width,
+                               uint32_t height) { cannyVector(src, width, height, width, dst, width, kLow, kHigh); }},
+  };
+#ifdef ORVIK_BENCH_OPENCV
+  canny.push_back(opencvVariant([](const cv::Mat& src, cv::Mat& dst) { cv::Canny(src, dst, kLow, kHigh, 3, false); }));
+#endif
+  registerFilter("canny", canny);
   registerConversion("sobel_s16_interleaved", sobel, 1, 4);
   registerConversion("sobel_s16_planar", sobelPlanar, 1, 4);
   registerConversion("scharr", scharr, 1, 4);

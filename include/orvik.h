@@ -329,6 +329,33 @@ OVK_API void ovkFilterSobel3x3u8(const uint8_t* src, uint32_t width, uint32_t he
 OVK_API void ovkFilterSobel3x3u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
                                     uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
 
+/*
+ * Canny edge detector.  Unscaled 3x3 Sobel gradients (as above, 0 on the
+ * outermost rows and columns) and their L1 magnitude m = |dx| + |dy|.  The
+ * gradient direction is quantised to horizontal, vertical or one of the two
+ * diagonals at 22.5 degrees from the axes; a pixel survives suppression when
+ * m > low, m is greater than its neighbour on the left (horizontal), above
+ * (vertical) or above on that diagonal, and not less than the opposite
+ * neighbour.  Survivors with m > high are edges; survivors with m <= high
+ * become edges when 8-connected through survivors to an edge.  Every pixel of
+ * dst is written: 255 for edges, 0 elsewhere (the outermost rows and columns
+ * are always 0).  Thresholds are compared with m (0 .. 2040).  The working
+ * memory, about 7 bytes per pixel (11 without caller gradient buffers), comes
+ * from the scratch pool; when it has no room, dst is left untouched.
+ * `_v3` also leaves dx and dy in the caller's planes gx and gy (common stride
+ * gradStride bytes, 0 meaning 2 * srcWidth); with either of them null they
+ * stay internal.  ovkFilterCannyu8 is the same detector.
+ */
+OVK_API void ovkFilterCanny3x3u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, int32_t low,
+                                 int32_t high);
+OVK_API void ovkFilterCanny3x3u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                    uint8_t* dst, uint32_t dstStride, int32_t low, int32_t high);
+OVK_API void ovkFilterCanny3x3u8_v3(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                    uint8_t* dst, uint32_t dstStride, int16_t* gx, int16_t* gy, uint32_t gradStride,
+                                    int32_t low, int32_t high);
+OVK_API void ovkFilterCannyu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                              uint8_t* dst, uint32_t dstStride, int32_t low, int32_t high);
+
 /* ---- Colour conversion: YCbCr to RGB ------------------------------------------ */
 
 /* Luma/chroma planes to packed RGB565, RGB888 or RGBA8888. */
@@ -359,6 +386,12 @@ typedef ovkImageGradientInterleaveds16Fn ovkImageGradientScharrInterleaveds16Fn;
 typedef ovkImageGradientInterleavedf32Fn ovkImageGradientSobelInterleavedf32Fn;
 typedef ovkImageGradientPlanars16Fn ovkImageGradientSobelPlanars16Fn;
 typedef ovkImageGradientPlanarf32Fn ovkImageGradientSobelPlanarf32Fn;
+typedef void (*ovkFilterCanny3x3u8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                      uint8_t* dst, uint32_t dstStride, int32_t low, int32_t high);
+typedef ovkFilterCanny3x3u8Fn ovkFilterCannyu8Fn;
+typedef void (*ovkFilterCanny3x3u8_v3Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                         uint32_t srcStride, uint8_t* dst, uint32_t dstStride, int16_t* gx,
+                                         int16_t* gy, uint32_t gradStride, int32_t low, int32_t high);
 typedef void (*ovkFilterSobel3x3u8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                       uint8_t* dst, uint32_t dstStride);
 

@@ -19,8 +19,12 @@
 #define OVK_GROUPS(X) \
   OVK_FILTER_GROUPS(X) OVK_GRADIENT_GROUPS(X) OVK_YCBCR_TO_RGB_GROUPS(X) OVK_RGB_TO_YCBCR_GROUPS(X)
 
-// Gradients and edges (448 is the unscaled Sobel `_v3`, a later addition).
+// Gradients and edges (448 and 449, the unscaled Sobel and the Canny `_v3`,
+// are later additions).
 #define OVK_GRADIENT_GROUPS(X)                                                \
+  X(196, FilterCanny3x3u8, V, OVK_BACKENDS_NONE)                               \
+  X(449, FilterCanny3x3u8_v3, V, OVK_BACKENDS_NONE)                            \
+  X(197, FilterCannyu8, V, OVK_BACKENDS_NONE)                                  \
   X(218, FilterSobel3x3u8, V, OVK_BACKENDS_NONE)                               \
   X(270, ImageGradientInterleavedf32, V, OVK_DSP_ANY_MODE)                     \
   X(271, ImageGradientInterleaveds16, V, OVK_BACKENDS_NONE)                    \
@@ -36,6 +40,10 @@
   X(280, ImageGradientSobelPlanars8, V, OVK_BACKENDS_NONE)
 
 #define OVK_GRADIENT_ENTRIES(X)                                                                                 \
+  X(FilterCanny3x3u8, FilterCanny3x3u8, FilterCanny3x3u8, N)                                                    \
+  X(FilterCanny3x3u8_v2, FilterCanny3x3u8, FilterCanny3x3u8, N)                                                 \
+  X(FilterCanny3x3u8_v3, FilterCanny3x3u8_v3, FilterCanny3x3u8_v3, N)                                           \
+  X(FilterCannyu8, FilterCannyu8, FilterCannyu8, N)                                                             \
   X(FilterSobel3x3u8, FilterSobel3x3u8, FilterSobel3x3u8, N)                                                    \
   X(FilterSobel3x3u8_v2, FilterSobel3x3u8, FilterSobel3x3u8, N)                                                 \
   X(ImageGradientInterleavedf32, ImageGradientInterleavedf32, ImageGradientInterleavedf32, R)                   \

@@ -8,9 +8,11 @@
 #define HWY_TARGET_INCLUDE "pelar/orvikGradientV.cpp"
 #include <hwy/foreach_target.h>  // IWYU pragma: keep
 #include <hwy/highway.h>
+#include <string.h>
 
 #include <type_traits>
 
+#include "cpu/orvikCanny.h"
 #include "pelar/orvikPelar.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -268,6 +270,49 @@ void ImageGradientSobelPlanarf32f32(const float* src, uint32_t srcWidth, uint32_
                               [](VF v) { return hn::Mul(v, hn::Set(DF(), 0.125f)); });
 }
 
+// ---- Canny: the gradient pass in vectors, suppression and hysteresis shared ----------------
+
+void CannyGradientPass(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
+                       const ovkCannyGradients& g, uint16_t* magnitude) {
+  if (TooNarrow(D16(), width, height)) return ovkCannyGradientPassC(src, width, height, srcStride, g, magnitude);
+  for (const uint32_t y : {0u, height - 1}) {
+    memset(RowOf(g.gx, g.stride, y), 0, width * sizeof(int16_t));
+    memset(RowOf(g.gy, g.stride, y), 0, width * sizeof(int16_t));
+    memset(magnitude + size_t(y) * width, 0, width * sizeof(uint16_t));
+  }
+  for (uint32_t y = 1; y + 1 < height; ++y)
+    for (const uint32_t x : {0u, width - 1}) {
+      memset(RowOf(g.gx, g.stride, y) + x, 0, sizeof(int16_t));  // rows may sit at odd addresses
+      memset(RowOf(g.gy, g.stride, y) + x, 0, sizeof(int16_t));
+      magnitude[size_t(y) * width + x] = 0;
+    }
+  const D16 d;
+  const hn::RebindToUnsigned<D16> du;
+  ForEachGradientVector<Operator::kSobel>(d, src, width, height, srcStride, WidenedBytes(d),
+                                          [&](size_t x, uint32_t y, V16 dx, V16 dy) {
+                                            hn::StoreU(dx, d, RowOf(g.gx, g.stride, y) + x);
+                                            hn::StoreU(dy, d, RowOf(g.gy, g.stride, y) + x);
+                                            const V16 l1 = hn::Add(hn::Abs(dx), hn::Abs(dy));
+                                            hn::StoreU(hn::BitCast(du, l1), du, magnitude + size_t(y) * width + x);
+                                          });
+}
+
+void FilterCanny3x3u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                      uint32_t dstStride, int32_t low, int32_t high) {
+  ovkCannyDetect(CannyGradientPass, src, srcWidth, srcHeight, srcStride, dst, dstStride, nullptr, low, high);
+}
+
+void FilterCannyu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                   uint32_t dstStride, int32_t low, int32_t high) {
+  ovkCannyDetect(CannyGradientPass, src, srcWidth, srcHeight, srcStride, dst, dstStride, nullptr, low, high);
+}
+
+void FilterCanny3x3u8_v3(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                         uint32_t dstStride, int16_t* gx, int16_t* gy, uint32_t gradStride, int32_t low, int32_t high) {
+  ovkCannyDetectInto(CannyGradientPass, src, srcWidth, srcHeight, srcStride, dst, dstStride, gx, gy, gradStride, low,
+                     high);
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace ovk
 HWY_AFTER_NAMESPACE();
@@ -287,6 +332,9 @@ HWY_EXPORT(ImageGradientSobelPlanarf32);
 HWY_EXPORT(ImageGradientSobelPlanarf32f32);
 HWY_EXPORT(ImageGradientScharrInterleaveds16);
 HWY_EXPORT(FilterSobel3x3u8);
+HWY_EXPORT(FilterCanny3x3u8);
+HWY_EXPORT(FilterCannyu8);
+HWY_EXPORT(FilterCanny3x3u8_v3);
 }  // namespace ovk
 
 OVK_VECTOR_KERNEL(ImageGradientInterleaveds16)
@@ -302,4 +350,7 @@ OVK_VECTOR_KERNEL(ImageGradientSobelPlanarf32)
 OVK_VECTOR_KERNEL(ImageGradientSobelPlanarf32f32)
 OVK_VECTOR_KERNEL(ImageGradientScharrInterleaveds16)
 OVK_VECTOR_KERNEL(FilterSobel3x3u8)
+OVK_VECTOR_KERNEL(FilterCanny3x3u8)
+OVK_VECTOR_KERNEL(FilterCannyu8)
+OVK_VECTOR_KERNEL(FilterCanny3x3u8_v3)
 #endif

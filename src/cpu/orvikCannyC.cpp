@@ -1,0 +1,160 @@
+// Portable Canny edge detector: unscaled 3x3 Sobel gradients, L1 magnitude,
+// non-maximum suppression along the gradient quantised to four directions,
+// then hysteresis through 8-connected neighbours with an explicit stack, so
+// that a frame full of edges needs no recursion.
+#include <stdlib.h>
+#include <string.h>
+
+#include <algorithm>
+
+#include "orvikCanny.h"
+
+namespace {
+
+// Classes of the edge map while it is built.
+enum : uint8_t { kNotEdge = 0, kWeak = 1, kEdge = 2 };
+
+// tan(22.5 deg) and tan(67.5 deg) in Q15, to quantise directions in integers.
+constexpr int32_t kTan22 = 13573;
+constexpr int32_t kTan67 = 79109;
+
+// Scratch buffers of one call; any of them may be missing when the pool has
+// no room.
+class Scratch {
+ public:
+  explicit Scratch(size_t bytes) {
+    if (bytes <= UINT32_MAX) data_ = static_cast<uint8_t*>(ovkGetScratchBufferAligned_(uint32_t(bytes), 16));
+  }
+  ~Scratch() {
+    if (data_) ovkReleaseScratchBuffer_(data_);
+  }
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+  uint8_t* data() const { return data_; }
+
+ private:
+  uint8_t* data_ = nullptr;
+};
+
+// Gradient rows may sit at any byte address: their elements are copied.
+uint8_t* gradientRow(int16_t* plane, uint32_t stride, uint32_t y) {
+  return reinterpret_cast<uint8_t*>(plane) + size_t(y) * stride;
+}
+
+}  // namespace
+
+void ovkCannyGradientPassC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
+                           const ovkCannyGradients& g, uint16_t* magnitude) {
+  for (uint32_t y = 0; y < height; ++y) {
+    uint8_t* gx = gradientRow(g.gx, g.stride, y);
+    uint8_t* gy = gradientRow(g.gy, g.stride, y);
+    uint16_t* m = magnitude + size_t(y) * width;
+    const bool interiorRow = y > 0 && y + 1 < height;
+    for (uint32_t x = 0; x < width; ++x) {
+      int32_t dx = 0, dy = 0;
+      if (interiorRow && x > 0 && x + 1 < width) {
+        const uint8_t* a = src + size_t(y - 1) * srcStride;
+        const uint8_t* b = a + srcStride;
+        const uint8_t* c = b + srcStride;
+        dx = (a[x + 1] + 2 * b[x + 1] + c[x + 1]) - (a[x - 1] + 2 * b[x - 1] + c[x - 1]);
+        dy = (c[x - 1] + 2 * c[x] + c[x + 1]) - (a[x - 1] + 2 * a[x] + a[x + 1]);
+      }
+      ovkStoreElement<int16_t>(gx, x, int16_t(dx));
+      ovkStoreElement<int16_t>(gy, x, int16_t(dy));
+      m[x] = uint16_t(abs(dx) + abs(dy));
+    }
+  }
+}
+
+namespace {
+
+// The offset, in pixels of the magnitude plane, of the neighbour the
+// gradient points away from (the other one is its mirror).
+ptrdiff_t acrossEdge(int32_t dx, int32_t dy, uint32_t width) {
+  const int64_t ax = abs(dx), ay = abs(dy);
+  if (ay * 32768 <= ax * kTan22) return 1;      // horizontal gradient: left and right
+  if (ay * 32768 >= ax * kTan67) return width;  // vertical: above and below
+  return (dx > 0) == (dy > 0) ? ptrdiff_t(width) + 1 : ptrdiff_t(width) - 1;
+}
+
+}  // namespace
+
+bool ovkCannyDetect(ovkCannyGradientPassFn gradientPass, const uint8_t* src, uint32_t width, uint32_t height,
+                    uint32_t srcStride, uint8_t* dst, uint32_t dstStride, const ovkCannyGradients* callerGradients,
+                    int32_t low, int32_t high) {
+  const size_t pixels = size_t(width) * height;
+  Scratch scratch(pixels * (2 + 1 + 4) + (callerGradients ? 0 : pixels * 4));
+  if (!scratch.data()) return false;
+  auto* magnitude = reinterpret_cast<uint16_t*>(scratch.data());
+  uint8_t* map = scratch.data() + pixels * 2;
+  auto* stack = reinterpret_cast<uint32_t*>(map + pixels);
+  ovkCannyGradients gradients;
+  if (callerGradients) {
+    gradients = *callerGradients;
+  } else {
+    auto* own = reinterpret_cast<int16_t*>(stack + pixels);
+    gradients = {own, own + pixels, width * 2};
+  }
+  gradientPass(src, width, height, srcStride, gradients, magnitude);
+
+  // Suppression: a pixel stays when its magnitude is above `low`, above the
+  // neighbour the gradient points away from and not below the other one.
+  size_t top = 0;
+  memset(map, kNotEdge, pixels);
+  for (uint32_t y = 1; y + 1 < height; ++y) {
+    const uint8_t* gx = gradientRow(gradients.gx, gradients.stride, y);
+    const uint8_t* gy = gradientRow(gradients.gy, gradients.stride, y);
+    for (uint32_t x = 1; x + 1 < width; ++x) {
+      const size_t i = size_t(y) * width + x;
+      const int32_t m = magnitude[i];
+      if (m <= low) continue;
+      const ptrdiff_t step = acrossEdge(ovkLoadElement<int16_t>(gx, x), ovkLoadElement<int16_t>(gy, x), width);
+      if (m <= magnitude[i - step] || m < magnitude[i + step]) continue;
+      map[i] = m > high ? kEdge : kWeak;
+      if (map[i] == kEdge) stack[top++] = uint32_t(i);
+    }
+  }
+
+  // Hysteresis: weak pixels touching an edge pixel become edge pixels.  Each
+  // pixel is pushed once, when it turns into an edge, so the stack never
+  // holds more than the image.
+  while (top > 0) {
+    const size_t i = stack[--top];
+    const ptrdiff_t w = ptrdiff_t(width);
+    for (const ptrdiff_t offset : {-w - 1, -w, -w + 1, ptrdiff_t(-1), ptrdiff_t(1), w - 1, w, w + 1}) {
+      const size_t n = size_t(ptrdiff_t(i) + offset);
+      if (map[n] != kWeak) continue;
+      map[n] = kEdge;
+      stack[top++] = uint32_t(n);
+    }
+  }
+
+  for (uint32_t y = 0; y < height; ++y)
+    for (uint32_t x = 0; x < width; ++x) dst[size_t(y) * dstStride + x] = map[size_t(y) * width + x] == kEdge ? 255 : 0;
+  return true;
+}
+
+void ovkFilterCanny3x3u8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                          uint32_t dstStride, int32_t low, int32_t high) {
+  ovkCannyDetect(ovkCannyGradientPassC, src, srcWidth, srcHeight, srcStride, dst, dstStride, nullptr, low, high);
+}
+
+void ovkFilterCannyu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                       uint32_t dstStride, int32_t low, int32_t high) {
+  ovkCannyDetect(ovkCannyGradientPassC, src, srcWidth, srcHeight, srcStride, dst, dstStride, nullptr, low, high);
+}
+
+void ovkCannyDetectInto(ovkCannyGradientPassFn gradientPass, const uint8_t* src, uint32_t width, uint32_t height,
+                        uint32_t srcStride, uint8_t* dst, uint32_t dstStride, int16_t* gx, int16_t* gy,
+                        uint32_t gradStride, int32_t low, int32_t high) {
+  const ovkCannyGradients gradients{gx, gy, gradStride};
+  ovkCannyDetect(gradientPass, src, width, height, srcStride, dst, dstStride, gx && gy ? &gradients : nullptr, low,
+                 high);
+}
+
+void ovkFilterCanny3x3u8_v3C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                             uint8_t* dst, uint32_t dstStride, int16_t* gx, int16_t* gy, uint32_t gradStride,
+                             int32_t low, int32_t high) {
+  ovkCannyDetectInto(ovkCannyGradientPassC, src, srcWidth, srcHeight, srcStride, dst, dstStride, gx, gy, gradStride,
+                     low, high);
+}
