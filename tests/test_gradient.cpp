@@ -268,6 +268,15 @@ TEST_F(Gradients, ImagesBelowThreeWriteNothing) {
   }
 }
 
+// Scharr is also internal group 3, which other kernels call through the
+// internal table.
+TEST_F(Gradients, ScharrIsInternalGroupThree) {
+  const ovkFuncPtr* group = &ovkInternalFuncTable[3 * OVK_NUM_IMPLS];
+  EXPECT_EQ(group[OVK_IMPL_CPU], reinterpret_cast<ovkFuncPtr>(ovkImageGradientScharrInterleaveds16C));
+  EXPECT_EQ(group[OVK_IMPL_PELAR], reinterpret_cast<ovkFuncPtr>(ovkVectorImageGradientScharrInterleaveds16()));
+  EXPECT_EQ(ovkInternalImplTable[3], uint32_t(OVK_IMPL_PELAR));
+}
+
 TEST_F(Gradients, RejectedArgumentsLogTheConditionAndWriteNothing) {
   GuardedImage src(16, 8, 16);
   src.fill(3);

@@ -56,7 +56,6 @@ OVK_GROUPS(OVK_X)
 namespace ovkGroupVector {
 #define OVK_X(number, Group, vector, backends) constexpr bool Group = #vector[0] == 'V';
 OVK_GROUPS(OVK_X)
-OVK_INTERNAL_GROUPS(OVK_X)
 #undef OVK_X
 }  // namespace ovkGroupVector
 

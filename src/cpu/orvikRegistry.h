@@ -92,8 +92,9 @@
 // Colour conversion, RGB to YCbCr and gray.
 #define OVK_RGB_TO_YCBCR_GROUPS(X)
 
-// OVK_INTERNAL_GROUPS(X): same columns, for ovkInternalFuncTable.
-#define OVK_INTERNAL_GROUPS(X)
+// OVK_INTERNAL_GROUPS(X): same columns, for ovkInternalFuncTable; a group
+// may also be an exported one, with the same kernels.
+#define OVK_INTERNAL_GROUPS(X) X(3, ImageGradientScharrInterleaveds16, V, OVK_BACKENDS_NONE)
 
 // OVK_ENTRIES(X): X(Name, SelectorGroup, Group, remote)
 //   Name           exported as ovk<Name>, with the pointers ovk<Name>_ and

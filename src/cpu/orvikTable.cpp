@@ -136,7 +136,7 @@ void uVIndex(uint32_t* implTable, uint32_t* internalImplTable) {
   OVK_GROUPS(OVK_X)
 #undef OVK_X
 #define OVK_X(number, Group, vector, backends) \
-  if (ovkGroupVector::Group) internalImplTable[number] = OVK_IMPL_PELAR;
+  if (#vector[0] == 'V') internalImplTable[number] = OVK_IMPL_PELAR;
   OVK_INTERNAL_GROUPS(OVK_X)
 #undef OVK_X
   (void)internalImplTable;
