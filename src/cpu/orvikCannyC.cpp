@@ -11,13 +11,6 @@
 
 namespace {
 
-// Classes of the edge map while it is built.
-enum : uint8_t { kNotEdge = 0, kWeak = 1, kEdge = 2 };
-
-// tan(22.5 deg) and tan(67.5 deg) in Q15, to quantise directions in integers.
-constexpr int32_t kTan22 = 13573;
-constexpr int32_t kTan67 = 79109;
-
 // Scratch buffers of one call; any of them may be missing when the pool has
 // no room.
 class Scratch {
@@ -72,35 +65,34 @@ namespace {
 // gradient points away from (the other one is its mirror).
 ptrdiff_t acrossEdge(int32_t dx, int32_t dy, uint32_t width) {
   const int64_t ax = abs(dx), ay = abs(dy);
-  if (ay * 32768 <= ax * kTan22) return 1;      // horizontal gradient: left and right
-  if (ay * 32768 >= ax * kTan67) return width;  // vertical: above and below
+  if (ay * 32768 <= ax * kCannyTan22Q15) return 1;                    // horizontal gradient: left and right
+  if (ay * 32768 >= ax * (2 * 32768 + kCannyTan22Q15)) return width;  // vertical: above and below
   return (dx > 0) == (dy > 0) ? ptrdiff_t(width) + 1 : ptrdiff_t(width) - 1;
+}
+
+// Hysteresis: weak pixels touching an edge pixel become edge pixels.  Each
+// pixel is pushed once, when it turns into an edge, so the stack never holds
+// more than the image.
+void connectWeakEdges(uint8_t* map, uint32_t width, uint32_t height, uint32_t* stack) {
+  size_t top = 0;
+  for (size_t i = 0; i < size_t(width) * height; ++i)
+    if (map[i] == kCannyEdge) stack[top++] = uint32_t(i);
+  const ptrdiff_t w = ptrdiff_t(width);
+  while (top > 0) {
+    const size_t i = stack[--top];
+    for (const ptrdiff_t offset : {-w - 1, -w, -w + 1, ptrdiff_t(-1), ptrdiff_t(1), w - 1, w, w + 1}) {
+      const size_t n = size_t(ptrdiff_t(i) + offset);
+      if (map[n] != kCannyWeak) continue;
+      map[n] = kCannyEdge;
+      stack[top++] = uint32_t(n);
+    }
+  }
 }
 
 }  // namespace
 
-bool ovkCannyDetect(ovkCannyGradientPassFn gradientPass, const uint8_t* src, uint32_t width, uint32_t height,
-                    uint32_t srcStride, uint8_t* dst, uint32_t dstStride, const ovkCannyGradients* callerGradients,
-                    int32_t low, int32_t high) {
-  const size_t pixels = size_t(width) * height;
-  Scratch scratch(pixels * (2 + 1 + 4) + (callerGradients ? 0 : pixels * 4));
-  if (!scratch.data()) return false;
-  auto* magnitude = reinterpret_cast<uint16_t*>(scratch.data());
-  uint8_t* map = scratch.data() + pixels * 2;
-  auto* stack = reinterpret_cast<uint32_t*>(map + pixels);
-  ovkCannyGradients gradients;
-  if (callerGradients) {
-    gradients = *callerGradients;
-  } else {
-    auto* own = reinterpret_cast<int16_t*>(stack + pixels);
-    gradients = {own, own + pixels, width * 2};
-  }
-  gradientPass(src, width, height, srcStride, gradients, magnitude);
-
-  // Suppression: a pixel stays when its magnitude is above `low`, above the
-  // neighbour the gradient points away from and not below the other one.
-  size_t top = 0;
-  memset(map, kNotEdge, pixels);
+void ovkCannySuppressPassC(const uint16_t* magnitude, const ovkCannyGradients& gradients, uint32_t width,
+                           uint32_t height, int32_t low, int32_t high, uint8_t* map) {
   for (uint32_t y = 1; y + 1 < height; ++y) {
     const uint8_t* gx = gradientRow(gradients.gx, gradients.stride, y);
     const uint8_t* gy = gradientRow(gradients.gy, gradients.stride, y);
@@ -110,51 +102,51 @@ bool ovkCannyDetect(ovkCannyGradientPassFn gradientPass, const uint8_t* src, uin
       if (m <= low) continue;
       const ptrdiff_t step = acrossEdge(ovkLoadElement<int16_t>(gx, x), ovkLoadElement<int16_t>(gy, x), width);
       if (m <= magnitude[i - step] || m < magnitude[i + step]) continue;
-      map[i] = m > high ? kEdge : kWeak;
-      if (map[i] == kEdge) stack[top++] = uint32_t(i);
+      map[i] = m > high ? kCannyEdge : kCannyWeak;
     }
   }
+}
 
-  // Hysteresis: weak pixels touching an edge pixel become edge pixels.  Each
-  // pixel is pushed once, when it turns into an edge, so the stack never
-  // holds more than the image.
-  while (top > 0) {
-    const size_t i = stack[--top];
-    const ptrdiff_t w = ptrdiff_t(width);
-    for (const ptrdiff_t offset : {-w - 1, -w, -w + 1, ptrdiff_t(-1), ptrdiff_t(1), w - 1, w, w + 1}) {
-      const size_t n = size_t(ptrdiff_t(i) + offset);
-      if (map[n] != kWeak) continue;
-      map[n] = kEdge;
-      stack[top++] = uint32_t(n);
-    }
-  }
-
+bool ovkCannyDetect(const ovkCannyPasses& passes, const uint8_t* src, uint32_t width, uint32_t height,
+                    uint32_t srcStride, uint8_t* dst, uint32_t dstStride, int16_t* gx, int16_t* gy, uint32_t gradStride,
+                    int32_t low, int32_t high) {
+  const bool callerGradients = gx && gy;
+  const size_t pixels = size_t(width) * height;
+  Scratch scratch(pixels * (2 + 1 + 4) + (callerGradients ? 0 : pixels * 4));
+  if (!scratch.data()) return false;
+  // Widest elements first, so that every plane is aligned to its type.
+  auto* stack = reinterpret_cast<uint32_t*>(scratch.data());
+  auto* magnitude = reinterpret_cast<uint16_t*>(stack + pixels);
+  auto* own = reinterpret_cast<int16_t*>(magnitude + pixels);  // when the caller gives no planes
+  uint8_t* map = reinterpret_cast<uint8_t*>(own + (callerGradients ? 0 : 2 * pixels));
+  const ovkCannyGradients gradients =
+      callerGradients ? ovkCannyGradients{gx, gy, gradStride} : ovkCannyGradients{own, own + pixels, width * 2};
+  passes.gradients(src, width, height, srcStride, gradients, magnitude);
+  memset(map, kCannyNotEdge, pixels);
+  passes.suppress(magnitude, gradients, width, height, low, high, map);
+  connectWeakEdges(map, width, height, stack);
   for (uint32_t y = 0; y < height; ++y)
-    for (uint32_t x = 0; x < width; ++x) dst[size_t(y) * dstStride + x] = map[size_t(y) * width + x] == kEdge ? 255 : 0;
+    for (uint32_t x = 0; x < width; ++x)
+      dst[size_t(y) * dstStride + x] = map[size_t(y) * width + x] == kCannyEdge ? 255 : 0;
   return true;
 }
 
+namespace {
+constexpr ovkCannyPasses kPortablePasses = {ovkCannyGradientPassC, ovkCannySuppressPassC};
+}  // namespace
+
 void ovkFilterCanny3x3u8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
                           uint32_t dstStride, int32_t low, int32_t high) {
-  ovkCannyDetect(ovkCannyGradientPassC, src, srcWidth, srcHeight, srcStride, dst, dstStride, nullptr, low, high);
+  ovkCannyDetect(kPortablePasses, src, srcWidth, srcHeight, srcStride, dst, dstStride, nullptr, nullptr, 0, low, high);
 }
 
 void ovkFilterCannyu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
                        uint32_t dstStride, int32_t low, int32_t high) {
-  ovkCannyDetect(ovkCannyGradientPassC, src, srcWidth, srcHeight, srcStride, dst, dstStride, nullptr, low, high);
-}
-
-void ovkCannyDetectInto(ovkCannyGradientPassFn gradientPass, const uint8_t* src, uint32_t width, uint32_t height,
-                        uint32_t srcStride, uint8_t* dst, uint32_t dstStride, int16_t* gx, int16_t* gy,
-                        uint32_t gradStride, int32_t low, int32_t high) {
-  const ovkCannyGradients gradients{gx, gy, gradStride};
-  ovkCannyDetect(gradientPass, src, width, height, srcStride, dst, dstStride, gx && gy ? &gradients : nullptr, low,
-                 high);
+  ovkFilterCanny3x3u8C(src, srcWidth, srcHeight, srcStride, dst, dstStride, low, high);
 }
 
 void ovkFilterCanny3x3u8_v3C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                              uint8_t* dst, uint32_t dstStride, int16_t* gx, int16_t* gy, uint32_t gradStride,
                              int32_t low, int32_t high) {
-  ovkCannyDetectInto(ovkCannyGradientPassC, src, srcWidth, srcHeight, srcStride, dst, dstStride, gx, gy, gradStride,
-                     low, high);
+  ovkCannyDetect(kPortablePasses, src, srcWidth, srcHeight, srcStride, dst, dstStride, gx, gy, gradStride, low, high);
 }

@@ -297,20 +297,69 @@ void CannyGradientPass(const uint8_t* src, uint32_t width, uint32_t height, uint
                                           });
 }
 
+// Suppression in 16-bit lanes: magnitudes are at most 2040 and the
+// gradients 1020, so the direction tests of the portable pass,
+//   horizontal  ay * 2^15 <= ax * t        (t = tan 22.5 deg in Q15)
+//   vertical    ay * 2^15 >= ax * (2^16 + t),
+// become ay <= h and ay >= 2 ax + h + (ax != 0) with h = (ax * t) >> 15, the
+// high half of ax * 2t (ax * t is a multiple of 2^15 only for ax = 0).
+void CannySuppressPass(const uint16_t* magnitude, const ovkCannyGradients& g, uint32_t width, uint32_t height,
+                       int32_t low, int32_t high, uint8_t* map) {
+  const D16 d;
+  const size_t lanes = hn::Lanes(d);
+  if (width < lanes + 2) return ovkCannySuppressPassC(magnitude, g, width, height, low, high, map);
+  const hn::Rebind<uint8_t, D16> d8;
+  const auto* m16 = reinterpret_cast<const int16_t*>(magnitude);
+  // Thresholds outside the magnitudes' range act like their nearest end.
+  const V16 lowV = hn::Set(d, int16_t(HWY_MIN(HWY_MAX(low, -1), 2041)));
+  const V16 highV = hn::Set(d, int16_t(HWY_MIN(HWY_MAX(high, -1), 2041)));
+  const V16 twiceTan = hn::Set(d, int16_t(2 * kCannyTan22Q15)), zero = hn::Zero(d);
+  const size_t w = width;
+  for (uint32_t y = 1; y + 1 < height; ++y) {
+    const int16_t* gx = RowOf(g.gx, g.stride, y);
+    const int16_t* gy = RowOf(g.gy, g.stride, y);
+    const auto at = [&](size_t x) {
+      const size_t i = size_t(y) * w + x;
+      const auto near = [&](ptrdiff_t offset) { return hn::LoadU(d, m16 + ptrdiff_t(i) + offset); };
+      const V16 m = near(0), dx = hn::LoadU(d, gx + x), dy = hn::LoadU(d, gy + x);
+      const V16 ax = hn::Abs(dx), ay = hn::Abs(dy);
+      const V16 h = hn::MulHigh(ax, twiceTan);
+      const auto horizontal = hn::Not(hn::Gt(ay, h));
+      const V16 steep = hn::Add(hn::Add(hn::Add(ax, ax), h), hn::IfThenElseZero(hn::Gt(ax, zero), hn::Set(d, 1)));
+      const auto vertical = hn::Not(hn::Lt(ay, steep));
+      const auto falling = hn::Xor(hn::Gt(dx, zero), hn::Gt(dy, zero));  // the diagonal from above right
+      const ptrdiff_t up = -ptrdiff_t(w);
+      const V16 before =
+          hn::IfThenElse(horizontal, near(-1),
+                         hn::IfThenElse(vertical, near(up), hn::IfThenElse(falling, near(up + 1), near(up - 1))));
+      const V16 after =
+          hn::IfThenElse(horizontal, near(1),
+                         hn::IfThenElse(vertical, near(-up), hn::IfThenElse(falling, near(-up - 1), near(-up + 1))));
+      const auto kept = hn::And(hn::And(hn::Gt(m, lowV), hn::Gt(m, before)), hn::Not(hn::Lt(m, after)));
+      const V16 edgeClass = hn::IfThenElse(hn::Gt(m, highV), hn::Set(d, kCannyEdge), hn::Set(d, kCannyWeak));
+      hn::StoreU(hn::DemoteTo(d8, hn::IfThenElseZero(kept, edgeClass)), d8, map + i);
+    };
+    size_t i = 0;
+    for (; i + lanes <= w - 2; i += lanes) at(1 + i);
+    if (i < w - 2) at(w - 1 - lanes);
+  }
+}
+
+constexpr ovkCannyPasses kVectorPasses = {CannyGradientPass, CannySuppressPass};
+
 void FilterCanny3x3u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
                       uint32_t dstStride, int32_t low, int32_t high) {
-  ovkCannyDetect(CannyGradientPass, src, srcWidth, srcHeight, srcStride, dst, dstStride, nullptr, low, high);
+  ovkCannyDetect(kVectorPasses, src, srcWidth, srcHeight, srcStride, dst, dstStride, nullptr, nullptr, 0, low, high);
 }
 
 void FilterCannyu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
                    uint32_t dstStride, int32_t low, int32_t high) {
-  ovkCannyDetect(CannyGradientPass, src, srcWidth, srcHeight, srcStride, dst, dstStride, nullptr, low, high);
+  FilterCanny3x3u8(src, srcWidth, srcHeight, srcStride, dst, dstStride, low, high);
 }
 
 void FilterCanny3x3u8_v3(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
                          uint32_t dstStride, int16_t* gx, int16_t* gy, uint32_t gradStride, int32_t low, int32_t high) {
-  ovkCannyDetectInto(CannyGradientPass, src, srcWidth, srcHeight, srcStride, dst, dstStride, gx, gy, gradStride, low,
-                     high);
+  ovkCannyDetect(kVectorPasses, src, srcWidth, srcHeight, srcStride, dst, dstStride, gx, gy, gradStride, low, high);
 }
 
 }  // namespace HWY_NAMESPACE
