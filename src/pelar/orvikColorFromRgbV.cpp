@@ -42,6 +42,9 @@ using V8 = hn::Vec<D8>;
 using V16 = hn::Vec<D16>;
 using VI16 = hn::Vec<DI16>;
 
+// Colour values x held as x << 8: then MulHigh by k << 8 is exactly x k.
+// Multiplying by constants with Mul would let the compiler turn each
+// product into a longer chain of shifts and adds.
 struct Channels {
   V16 r, g, b;
 };
@@ -51,8 +54,8 @@ struct PixelPairs {
   Channels even, odd;
 };
 
-HWY_INLINE V16 EvenBytes(V8 v) { return hn::And(hn::BitCast(D16(), v), hn::Set(D16(), 0xFF)); }
-HWY_INLINE V16 OddBytes(V8 v) { return hn::ShiftRight<8>(hn::BitCast(D16(), v)); }
+HWY_INLINE V16 EvenBytes(V8 v) { return hn::ShiftLeft<8>(hn::BitCast(D16(), v)); }
+HWY_INLINE V16 OddBytes(V8 v) { return hn::And(hn::BitCast(D16(), v), hn::Set(D16(), 0xFF00)); }
 
 HWY_INLINE PixelPairs SplitPairs(V8 r, V8 g, V8 b) {
   return {{EvenBytes(r), EvenBytes(g), EvenBytes(b)}, {OddBytes(r), OddBytes(g), OddBytes(b)}};
@@ -94,17 +97,22 @@ struct Bgr565 {
  private:
   static HWY_INLINE Channels Expand(V16 word) {
     const D16 d;
-    return {hn::ShiftLeft<3>(hn::ShiftRight<11>(word)),
-            hn::ShiftLeft<2>(hn::And(hn::ShiftRight<5>(word), hn::Set(d, 0x3F))),
-            hn::ShiftLeft<3>(hn::And(word, hn::Set(d, 0x1F)))};
+    return {hn::And(word, hn::Set(d, 0xF800)), hn::ShiftLeft<5>(hn::And(word, hn::Set(d, 0x07E0))),
+            hn::ShiftLeft<11>(word)};
   }
 };
 
-// Sum of 16-bit lanes times constant weights; callers keep it below 2^16.
+// x k for a channel held as x << 8 and a weight below 256.
+template <uint16_t k>
+HWY_INLINE V16 Times(V16 shiftedChannel) {
+  static_assert(k < 256, "the product must fit 16 bits");
+  return hn::MulHigh(shiftedChannel, hn::Set(D16(), uint16_t(k << 8)));
+}
+
+// Callers keep the weighted sum below 2^16.
 template <uint16_t kR, uint16_t kG, uint16_t kB>
 HWY_INLINE V16 Weighted(const Channels& c) {
-  const D16 d;
-  return hn::Add(hn::Add(hn::Mul(c.r, hn::Set(d, kR)), hn::Mul(c.g, hn::Set(d, kG))), hn::Mul(c.b, hn::Set(d, kB)));
+  return hn::Add(hn::Add(Times<kR>(c.r), Times<kG>(c.g)), Times<kB>(c.b));
 }
 
 HWY_INLINE V16 ClampedChroma(VI16 shifted) {
@@ -121,9 +129,8 @@ HWY_INLINE V16 Luma(const Channels& c) {
 // would not at the top end; ((t >> 1) + 64) >> 7 equals (t + 128) >> 8.
 template <uint16_t kA, uint16_t kB>
 HWY_INLINE V16 Difference(V16 main, V16 a, V16 b) {
-  const D16 d;
   const DI16 di;
-  const V16 t = hn::Sub(hn::ShiftLeft<7>(main), hn::Add(hn::Mul(a, hn::Set(d, kA)), hn::Mul(b, hn::Set(d, kB))));
+  const V16 t = hn::Sub(hn::ShiftRight<1>(main), hn::Add(Times<kA>(a), Times<kB>(b)));
   return ClampedChroma(hn::ShiftRight<7>(hn::Add(hn::ShiftRight<1>(hn::BitCast(di, t)), hn::Set(di, 64))));
 }
 
@@ -149,9 +156,8 @@ template <uint16_t kHighA, uint16_t kLowA, uint16_t kHighB, uint16_t kLowB>
 HWY_INLINE V16 DifferenceQ15(V16 main, V16 a, V16 b) {
   const D16 d;
   const DI16 di;
-  const V16 high =
-      hn::Sub(hn::ShiftLeft<6>(main), hn::Add(hn::Mul(a, hn::Set(d, kHighA)), hn::Mul(b, hn::Set(d, kHighB))));
-  const V16 low = hn::Add(hn::Add(hn::Mul(a, hn::Set(d, kLowA)), hn::Mul(b, hn::Set(d, kLowB))), hn::Set(d, 255));
+  const V16 high = hn::Sub(hn::ShiftRight<2>(main), hn::Add(Times<kHighA>(a), Times<kHighB>(b)));
+  const V16 low = hn::Add(hn::Add(Times<kLowA>(a), Times<kLowB>(b)), hn::Set(d, 255));
   const VI16 floored =
       hn::Sub(hn::Add(hn::BitCast(di, high), hn::Set(di, 64)), hn::BitCast(di, hn::ShiftRight<8>(low)));
   return ClampedChroma(hn::ShiftRight<7>(floored));
