@@ -21,13 +21,10 @@ struct Rgb565Pixels {
   }
 };
 
-struct Rgb888Pixels {
-  static constexpr uint32_t kBytes = 3;
-  static Rgb read(const uint8_t* p) { return {p[2], p[1], p[0]}; }
-};
-
-struct Rgba8888Pixels {
-  static constexpr uint32_t kBytes = 4;
+// RGB888, or RGBA8888 with its fourth byte ignored.
+template <uint32_t kBytesPerPixel>
+struct BgrPixels {
+  static constexpr uint32_t kBytes = kBytesPerPixel;
   static Rgb read(const uint8_t* p) { return {p[2], p[1], p[0]}; }
 };
 
@@ -169,8 +166,8 @@ void convertImage(const Target& target, const uint8_t* src, uint32_t width, uint
   OVK_PSEUDO_PLANAR_KERNEL(Upper, 420, lower##2yyuv_, lower##2y_)
 
 OVK_FROM_RGB_FORMAT(rgb565, RGB565, Rgb565Pixels)
-OVK_FROM_RGB_FORMAT(rgb888, RGB888, Rgb888Pixels)
-OVK_FROM_RGB_FORMAT(rgba8888, RGBA8888, Rgba8888Pixels)
+OVK_FROM_RGB_FORMAT(rgb888, RGB888, BgrPixels<3>)
+OVK_FROM_RGB_FORMAT(rgba8888, RGBA8888, BgrPixels<4>)
 #undef OVK_FROM_RGB_FORMAT
 #undef OVK_PSEUDO_PLANAR_KERNEL
 #undef OVK_PLANAR_KERNEL
