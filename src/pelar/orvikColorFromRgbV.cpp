@@ -115,9 +115,13 @@ HWY_INLINE V16 Weighted(const Channels& c) {
   return hn::Add(hn::Add(Times<kR>(c.r), Times<kG>(c.g)), Times<kB>(c.b));
 }
 
-HWY_INLINE V16 ClampedChroma(VI16 shifted) {
-  const DI16 di;
-  return hn::BitCast(D16(), hn::Min(hn::Add(shifted, hn::Set(di, 128)), hn::Set(di, 255)));
+// min(128 + ((sum + 64) >> 7), 255) for sums in [-16448, 16320]: biased by
+// 64 + (128 << 7) the sum lies in [0, 32768], so a wrapping add and an
+// unsigned shift give the floor with the 128 already added.
+HWY_INLINE V16 ClampedChroma(VI16 sum) {
+  const D16 d;
+  const V16 biased = hn::BitCast(d, hn::Add(sum, hn::Set(DI16(), 64 + (128 << 7))));
+  return hn::Min(hn::ShiftRight<7>(biased), hn::Set(d, 255));
 }
 
 // Family arithmetic, 8 fractional bits.
@@ -125,13 +129,13 @@ HWY_INLINE V16 Luma(const Channels& c) {
   return hn::ShiftRight<8>(hn::Add(Weighted<77, 150, 29>(c), hn::Set(D16(), 128)));
 }
 
-// 128 main - kA a - kB b lies within int16, but adding the rounding 128
-// would not at the top end; ((t >> 1) + 64) >> 7 equals (t + 128) >> 8.
+// t = 128 main - kA a - kB b lies within int16, t + 128 would not at the
+// top end; ((t >> 1) + 64) >> 7 equals (t + 128) >> 8.
 template <uint16_t kA, uint16_t kB>
 HWY_INLINE V16 Difference(V16 main, V16 a, V16 b) {
   const DI16 di;
   const V16 t = hn::Sub(hn::ShiftRight<1>(main), hn::Add(Times<kA>(a), Times<kB>(b)));
-  return ClampedChroma(hn::ShiftRight<7>(hn::Add(hn::ShiftRight<1>(hn::BitCast(di, t)), hn::Set(di, 64))));
+  return ClampedChroma(hn::ShiftRight<1>(hn::BitCast(di, t)));
 }
 
 HWY_INLINE V16 BlueDifference(const Channels& c) { return Difference<85, 43>(c.b, c.g, c.r); }
@@ -158,9 +162,7 @@ HWY_INLINE V16 DifferenceQ15(V16 main, V16 a, V16 b) {
   const DI16 di;
   const V16 high = hn::Sub(hn::ShiftRight<2>(main), hn::Add(Times<kHighA>(a), Times<kHighB>(b)));
   const V16 low = hn::Add(hn::Add(Times<kLowA>(a), Times<kLowB>(b)), hn::Set(d, 255));
-  const VI16 floored =
-      hn::Sub(hn::Add(hn::BitCast(di, high), hn::Set(di, 64)), hn::BitCast(di, hn::ShiftRight<8>(low)));
-  return ClampedChroma(hn::ShiftRight<7>(floored));
+  return ClampedChroma(hn::Sub(hn::BitCast(di, high), hn::BitCast(di, hn::ShiftRight<8>(low))));
 }
 
 // Calls step(x, pixels at x) for every whole vector of the row, then once
