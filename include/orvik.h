@@ -364,6 +364,100 @@ OVK_API void ovkFilterCannyu8(const uint8_t* src, uint32_t srcWidth, uint32_t sr
 
 /* Packed RGB565, RGB888 or RGBA8888 to luma/chroma planes, or to gray. */
 
+/*
+ * Family arithmetic (8 fractional bits), with byte 0 of a pixel read as B,
+ * byte 1 as G, byte 2 as R (byte 3 of RGBA8888 ignored):
+ *   Y  = (77 R + 150 G + 29 B + 128) >> 8
+ *   Cb = min(((128 B - 85 G - 43 R + 128) >> 8) + 128, 255)
+ *   Cr = min(((128 R - 107 G - 21 B + 128) >> 8) + 128, 255)
+ * with arithmetic (flooring) shifts.  RGB565 pixels are little-endian 16-bit
+ * words, B in the low 5 bits, expanded by shifting alone: B = (p & 31) << 3,
+ * G = ((p >> 5) & 63) << 2, R = (p >> 11) << 3.
+ * Chroma is sampled, never averaged: 4:2:2 and 4:2:0 take it from the pixel at
+ * each even column (4:2:0: of each even row).  Pseudo-planar chroma is one
+ * plane of Cb, Cr byte pairs.
+ * A zero stride means the default: width for Y; width (4:4:4) or width / 2
+ * rounded down (4:2:2, 4:2:0) for planar chroma; 2 x width (4:4:4) or width
+ * for pseudo-planar chroma; the packed row (2, 3 or 4 bytes a pixel) for src.
+ * Odd widths: 4:2:2 writes nothing at all, 4:2:0 writes only the luma of the
+ * odd rows.  Odd heights in 4:2:0: the last row is converted as an even row,
+ * nothing below the image is touched.
+ */
+OVK_API void ovkColorRGB565ToYCbCr444Planaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                              uint32_t srcStride, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                              uint32_t dstYStride, uint32_t dstCbStride, uint32_t dstCrStride);
+OVK_API void ovkColorRGB565ToYCbCr422Planaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                              uint32_t srcStride, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                              uint32_t dstYStride, uint32_t dstCbStride, uint32_t dstCrStride);
+OVK_API void ovkColorRGB565ToYCbCr420Planaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                              uint32_t srcStride, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                              uint32_t dstYStride, uint32_t dstCbStride, uint32_t dstCrStride);
+OVK_API void ovkColorRGB888ToYCbCr444Planaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                              uint32_t srcStride, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                              uint32_t dstYStride, uint32_t dstCbStride, uint32_t dstCrStride);
+OVK_API void ovkColorRGB888ToYCbCr422Planaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                              uint32_t srcStride, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                              uint32_t dstYStride, uint32_t dstCbStride, uint32_t dstCrStride);
+OVK_API void ovkColorRGB888ToYCbCr420Planaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                              uint32_t srcStride, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                              uint32_t dstYStride, uint32_t dstCbStride, uint32_t dstCrStride);
+OVK_API void ovkColorRGBA8888ToYCbCr444Planaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                uint32_t srcStride, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                                uint32_t dstYStride, uint32_t dstCbStride, uint32_t dstCrStride);
+OVK_API void ovkColorRGBA8888ToYCbCr422Planaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                uint32_t srcStride, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                                uint32_t dstYStride, uint32_t dstCbStride, uint32_t dstCrStride);
+OVK_API void ovkColorRGBA8888ToYCbCr420Planaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                uint32_t srcStride, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                                uint32_t dstYStride, uint32_t dstCbStride, uint32_t dstCrStride);
+OVK_API void ovkColorRGB565ToYCbCr444PseudoPlanaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                    uint32_t srcStride, uint8_t* dstY, uint8_t* dstC,
+                                                    uint32_t dstYStride, uint32_t dstCStride);
+OVK_API void ovkColorRGB565ToYCbCr422PseudoPlanaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                    uint32_t srcStride, uint8_t* dstY, uint8_t* dstC,
+                                                    uint32_t dstYStride, uint32_t dstCStride);
+OVK_API void ovkColorRGB565ToYCbCr420PseudoPlanaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                    uint32_t srcStride, uint8_t* dstY, uint8_t* dstC,
+                                                    uint32_t dstYStride, uint32_t dstCStride);
+OVK_API void ovkColorRGB888ToYCbCr444PseudoPlanaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                    uint32_t srcStride, uint8_t* dstY, uint8_t* dstC,
+                                                    uint32_t dstYStride, uint32_t dstCStride);
+OVK_API void ovkColorRGB888ToYCbCr422PseudoPlanaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                    uint32_t srcStride, uint8_t* dstY, uint8_t* dstC,
+                                                    uint32_t dstYStride, uint32_t dstCStride);
+OVK_API void ovkColorRGB888ToYCbCr420PseudoPlanaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                    uint32_t srcStride, uint8_t* dstY, uint8_t* dstC,
+                                                    uint32_t dstYStride, uint32_t dstCStride);
+OVK_API void ovkColorRGBA8888ToYCbCr444PseudoPlanaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                      uint32_t srcStride, uint8_t* dstY, uint8_t* dstC,
+                                                      uint32_t dstYStride, uint32_t dstCStride);
+OVK_API void ovkColorRGBA8888ToYCbCr422PseudoPlanaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                      uint32_t srcStride, uint8_t* dstY, uint8_t* dstC,
+                                                      uint32_t dstYStride, uint32_t dstCStride);
+OVK_API void ovkColorRGBA8888ToYCbCr420PseudoPlanaru8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                      uint32_t srcStride, uint8_t* dstY, uint8_t* dstC,
+                                                      uint32_t dstYStride, uint32_t dstCStride);
+
+/*
+ * Interleaved Y, Cr, Cb bytes (15 fractional bits), byte 0 of a pixel read as
+ * R, byte 2 as B:
+ *   Y  = (9798 R + 19235 G + 3736 B + 16384) >> 15
+ *   Cr = min(128 + ((16384 R - 13720 G - 2664 B + 16384) >> 15), 255)
+ *   Cb = min(128 + ((-5529 R - 10855 G + 16384 B + 16384) >> 15), 255)
+ * The first generation uses packed rows (3 x width bytes); in `_v2` a zero
+ * stride means packed.
+ */
+OVK_API void ovkColorRGB888toYCrCbu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint8_t* dst);
+OVK_API void ovkColorRGB888toYCrCbu8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                        uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+
+/*
+ * Gray = (19595 byte0 + 38469 byte1 + 7471 byte2 + 32768) >> 16, byte 0 read
+ * as R.  A zero stride means packed (3 x width for src, width for dst).
+ */
+OVK_API void ovkColorRGB888ToGrayu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                    uint8_t* dst, uint32_t dstStride);
+
 
 /* ---- Kernel pointers --------------------------------------------------------- */
 
@@ -437,6 +531,37 @@ typedef ovkFilterGaussian3x3u8_v3Fn ovkFilterMedian3x3u8_v3Fn;
 
 /* Kernel types of the RGB to YCbCr and gray conversions, and of their row
  * kernels (the inner-kernel slots). */
+typedef void (*ovkColorRGB888ToYCbCr444Planaru8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                   uint32_t srcStride, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                                   uint32_t dstYStride, uint32_t dstCbStride, uint32_t dstCrStride);
+typedef void (*ovkColorRGB888ToYCbCr444PseudoPlanaru8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                         uint32_t srcStride, uint8_t* dstY, uint8_t* dstC,
+                                                         uint32_t dstYStride, uint32_t dstCStride);
+typedef ovkColorRGB888ToYCbCr444Planaru8Fn ovkColorRGB888ToYCbCr422Planaru8Fn;
+typedef ovkColorRGB888ToYCbCr444Planaru8Fn ovkColorRGB888ToYCbCr420Planaru8Fn;
+typedef ovkColorRGB888ToYCbCr444Planaru8Fn ovkColorRGB565ToYCbCr444Planaru8Fn;
+typedef ovkColorRGB888ToYCbCr444Planaru8Fn ovkColorRGB565ToYCbCr422Planaru8Fn;
+typedef ovkColorRGB888ToYCbCr444Planaru8Fn ovkColorRGB565ToYCbCr420Planaru8Fn;
+typedef ovkColorRGB888ToYCbCr444Planaru8Fn ovkColorRGBA8888ToYCbCr444Planaru8Fn;
+typedef ovkColorRGB888ToYCbCr444Planaru8Fn ovkColorRGBA8888ToYCbCr422Planaru8Fn;
+typedef ovkColorRGB888ToYCbCr444Planaru8Fn ovkColorRGBA8888ToYCbCr420Planaru8Fn;
+typedef ovkColorRGB888ToYCbCr444PseudoPlanaru8Fn ovkColorRGB888ToYCbCr422PseudoPlanaru8Fn;
+typedef ovkColorRGB888ToYCbCr444PseudoPlanaru8Fn ovkColorRGB888ToYCbCr420PseudoPlanaru8Fn;
+typedef ovkColorRGB888ToYCbCr444PseudoPlanaru8Fn ovkColorRGB565ToYCbCr444PseudoPlanaru8Fn;
+typedef ovkColorRGB888ToYCbCr444PseudoPlanaru8Fn ovkColorRGB565ToYCbCr422PseudoPlanaru8Fn;
+typedef ovkColorRGB888ToYCbCr444PseudoPlanaru8Fn ovkColorRGB565ToYCbCr420PseudoPlanaru8Fn;
+typedef ovkColorRGB888ToYCbCr444PseudoPlanaru8Fn ovkColorRGBA8888ToYCbCr444PseudoPlanaru8Fn;
+typedef ovkColorRGB888ToYCbCr444PseudoPlanaru8Fn ovkColorRGBA8888ToYCbCr422PseudoPlanaru8Fn;
+typedef ovkColorRGB888ToYCbCr444PseudoPlanaru8Fn ovkColorRGBA8888ToYCbCr420PseudoPlanaru8Fn;
+typedef void (*ovkColorRGB888ToGrayu8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                         uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+typedef ovkColorRGB888ToGrayu8Fn ovkColorRGB888toYCrCbu8Fn;
+/* Row kernels: `width` pixels of one source row.  The 2:1 sub-sampling rows
+ * write one chroma sample per pixel pair and nothing at all for an odd width. */
+typedef void (*ovkRgbToYCbCrPlanarRowFn)(const uint8_t* src, uint8_t* dstY, uint8_t* dstCb, uint8_t* dstCr,
+                                         uint32_t width);
+typedef void (*ovkRgbToYCbCrPseudoPlanarRowFn)(const uint8_t* src, uint8_t* dstY, uint8_t* dstC, uint32_t width);
+typedef void (*ovkRgbToLumaRowFn)(const uint8_t* src, uint8_t* dstY, uint32_t width);
 
 #ifdef __cplusplus
 }

@@ -1,5 +1,5 @@
-// The shared library exports exactly the registry's operations and kernel
-// pointers plus the frame's API and documented data, nothing else.
+// The shared library exports exactly the registry's operations, kernel
+// pointers and inner-kernel slots plus the frame's API and documented data, nothing else.
 #include <elf.h>
 #include <gtest/gtest.h>
 
@@ -75,6 +75,9 @@ TEST(Symbols, SharedLibraryExportsExactlyTheApi) {
     expected.insert("ppovk" + suffix);
     if (ovkEntryList[i].hasRemote) expected.insert(name + "R_");
   }
+#define OVK_X(stem, Fn) expected.insert(#stem "_");
+  OVK_INNER_KERNELS(OVK_X)
+#undef OVK_X
   const std::set<std::string> exported = exportedSymbols(ORVIK_SHARED_LIBRARY);
   ASSERT_FALSE(exported.empty()) << "cannot read " << ORVIK_SHARED_LIBRARY;
 

@@ -68,6 +68,19 @@ OVK_GROUPS(OVK_X)
 OVK_INTERNAL_GROUPS(OVK_X)
 #undef OVK_X
 
+// Inner-kernel slots: the pointer the portable outer loops call (exported),
+// its portable routine and, for the vector filler, its vector routine.
+extern "C" {
+#define OVK_X(stem, Fn) OVK_API extern Fn stem##_;
+OVK_INNER_KERNELS(OVK_X)
+#undef OVK_X
+}
+#define OVK_X(stem, Fn)              \
+  std::remove_pointer_t<Fn> stem##C; \
+  Fn ovkVector##stem##_();
+OVK_INNER_KERNELS(OVK_X)
+#undef OVK_X
+
 // Compile-time facts about one exported entry, used by its wrapper.
 namespace ovkEntry {
 #define OVK_X(Name, SelectorGroup, Group, remote)                                      \

@@ -90,7 +90,27 @@
 #define OVK_YCBCR_TO_RGB_GROUPS(X)
 
 // Colour conversion, RGB to YCbCr and gray.
-#define OVK_RGB_TO_YCBCR_GROUPS(X)
+#define OVK_RGB_TO_YCBCR_GROUPS(X) \
+  X(57, ColorRGB565ToYCbCr420Planaru8, N, OVK_BACKENDS_NONE) \
+  X(58, ColorRGB565ToYCbCr420PseudoPlanaru8, N, OVK_BACKENDS_NONE) \
+  X(59, ColorRGB565ToYCbCr422Planaru8, N, OVK_BACKENDS_NONE) \
+  X(60, ColorRGB565ToYCbCr422PseudoPlanaru8, N, OVK_BACKENDS_NONE) \
+  X(61, ColorRGB565ToYCbCr444Planaru8, N, OVK_BACKENDS_NONE) \
+  X(62, ColorRGB565ToYCbCr444PseudoPlanaru8, N, OVK_BACKENDS_NONE) \
+  X(63, ColorRGB888ToGrayu8, V, OVK_BACKENDS_NONE) \
+  X(69, ColorRGB888ToYCbCr420Planaru8, N, OVK_BACKENDS_NONE) \
+  X(70, ColorRGB888ToYCbCr420PseudoPlanaru8, N, OVK_BACKENDS_NONE) \
+  X(71, ColorRGB888ToYCbCr422Planaru8, N, OVK_BACKENDS_NONE) \
+  X(72, ColorRGB888ToYCbCr422PseudoPlanaru8, N, OVK_BACKENDS_NONE) \
+  X(73, ColorRGB888ToYCbCr444Planaru8, N, OVK_BACKENDS_NONE) \
+  X(74, ColorRGB888ToYCbCr444PseudoPlanaru8, N, OVK_BACKENDS_NONE) \
+  X(75, ColorRGB888toYCrCbu8, V, OVK_DSP_ANY_MODE) \
+  X(82, ColorRGBA8888ToYCbCr420Planaru8, N, OVK_BACKENDS_NONE) \
+  X(83, ColorRGBA8888ToYCbCr420PseudoPlanaru8, N, OVK_BACKENDS_NONE) \
+  X(84, ColorRGBA8888ToYCbCr422Planaru8, N, OVK_BACKENDS_NONE) \
+  X(85, ColorRGBA8888ToYCbCr422PseudoPlanaru8, N, OVK_BACKENDS_NONE) \
+  X(86, ColorRGBA8888ToYCbCr444Planaru8, N, OVK_BACKENDS_NONE) \
+  X(87, ColorRGBA8888ToYCbCr444PseudoPlanaru8, N, OVK_BACKENDS_NONE)
 
 // OVK_INTERNAL_GROUPS(X): same columns, for ovkInternalFuncTable; a group
 // may also be an exported one, with the same kernels.
@@ -126,12 +146,49 @@
 
 #define OVK_YCBCR_TO_RGB_ENTRIES(X)
 
-#define OVK_RGB_TO_YCBCR_ENTRIES(X)
+#define OVK_RGB_TO_YCBCR_ENTRIES(X) \
+  X(ColorRGB565ToYCbCr420Planaru8, ColorRGB565ToYCbCr420Planaru8, ColorRGB565ToYCbCr420Planaru8, N) \
+  X(ColorRGB565ToYCbCr420PseudoPlanaru8, ColorRGB565ToYCbCr420PseudoPlanaru8, ColorRGB565ToYCbCr420PseudoPlanaru8, N) \
+  X(ColorRGB565ToYCbCr422Planaru8, ColorRGB565ToYCbCr422Planaru8, ColorRGB565ToYCbCr422Planaru8, N) \
+  X(ColorRGB565ToYCbCr422PseudoPlanaru8, ColorRGB565ToYCbCr422PseudoPlanaru8, ColorRGB565ToYCbCr422PseudoPlanaru8, N) \
+  X(ColorRGB565ToYCbCr444Planaru8, ColorRGB565ToYCbCr444Planaru8, ColorRGB565ToYCbCr444Planaru8, N) \
+  X(ColorRGB565ToYCbCr444PseudoPlanaru8, ColorRGB565ToYCbCr444PseudoPlanaru8, ColorRGB565ToYCbCr444PseudoPlanaru8, N) \
+  X(ColorRGB888ToYCbCr420Planaru8, ColorRGB888ToYCbCr420Planaru8, ColorRGB888ToYCbCr420Planaru8, N) \
+  X(ColorRGB888ToYCbCr420PseudoPlanaru8, ColorRGB888ToYCbCr420PseudoPlanaru8, ColorRGB888ToYCbCr420PseudoPlanaru8, N) \
+  X(ColorRGB888ToYCbCr422Planaru8, ColorRGB888ToYCbCr422Planaru8, ColorRGB888ToYCbCr422Planaru8, N) \
+  X(ColorRGB888ToYCbCr422PseudoPlanaru8, ColorRGB888ToYCbCr422PseudoPlanaru8, ColorRGB888ToYCbCr422PseudoPlanaru8, N) \
+  X(ColorRGB888ToYCbCr444Planaru8, ColorRGB888ToYCbCr444Planaru8, ColorRGB888ToYCbCr444Planaru8, N) \
+  X(ColorRGB888ToYCbCr444PseudoPlanaru8, ColorRGB888ToYCbCr444PseudoPlanaru8, ColorRGB888ToYCbCr444PseudoPlanaru8, N) \
+  X(ColorRGBA8888ToYCbCr420Planaru8, ColorRGBA8888ToYCbCr420Planaru8, ColorRGBA8888ToYCbCr420Planaru8, N) \
+  X(ColorRGBA8888ToYCbCr420PseudoPlanaru8, ColorRGBA8888ToYCbCr420PseudoPlanaru8, ColorRGBA8888ToYCbCr420PseudoPlanaru8, N) \
+  X(ColorRGBA8888ToYCbCr422Planaru8, ColorRGBA8888ToYCbCr422Planaru8, ColorRGBA8888ToYCbCr422Planaru8, N) \
+  X(ColorRGBA8888ToYCbCr422PseudoPlanaru8, ColorRGBA8888ToYCbCr422PseudoPlanaru8, ColorRGBA8888ToYCbCr422PseudoPlanaru8, N) \
+  X(ColorRGBA8888ToYCbCr444Planaru8, ColorRGBA8888ToYCbCr444Planaru8, ColorRGBA8888ToYCbCr444Planaru8, N) \
+  X(ColorRGBA8888ToYCbCr444PseudoPlanaru8, ColorRGBA8888ToYCbCr444PseudoPlanaru8, ColorRGBA8888ToYCbCr444PseudoPlanaru8, N) \
+  X(ColorRGB888toYCrCbu8, ColorRGB888toYCrCbu8, ColorRGB888toYCrCbu8, R) \
+  X(ColorRGB888toYCrCbu8_v2, ColorRGB888toYCrCbu8, ColorRGB888toYCrCbu8, R) \
+  X(ColorRGB888ToGrayu8, ColorRGB888ToGrayu8, ColorRGB888ToGrayu8, N)
 
-// Inner-kernel slots: X(slot, Fn).  The portable routine behind a slot is its
-// name with C in place of the trailing underscore; a vector routine, where one
-// exists, is ovkVector<slot>().
-#define OVK_INNER_KERNELS(X)
+// Inner-kernel slots: X(stem, Fn).  The slot, an exported pointer of type Fn,
+// is stem_; its portable routine is stemC and its vector routine
+// ovkVector<stem_>() (a name cannot lose its trailing underscore by pasting,
+// so the stem is what is listed).
+#define OVK_INNER_KERNELS(X) \
+  X(rgb5652yuvp, ovkRgbToYCbCrPlanarRowFn) \
+  X(rgb8882yuvp, ovkRgbToYCbCrPlanarRowFn) \
+  X(rgba88882yuvp, ovkRgbToYCbCrPlanarRowFn) \
+  X(rgb5652yyuvp, ovkRgbToYCbCrPlanarRowFn) \
+  X(rgb8882yyuvp, ovkRgbToYCbCrPlanarRowFn) \
+  X(rgba88882yyuvp, ovkRgbToYCbCrPlanarRowFn) \
+  X(rgb5652y, ovkRgbToLumaRowFn) \
+  X(rgb8882y, ovkRgbToLumaRowFn) \
+  X(rgba88882y, ovkRgbToLumaRowFn) \
+  X(rgb5652yuv, ovkRgbToYCbCrPseudoPlanarRowFn) \
+  X(rgb8882yuv, ovkRgbToYCbCrPseudoPlanarRowFn) \
+  X(rgba88882yuv, ovkRgbToYCbCrPseudoPlanarRowFn) \
+  X(rgb5652yyuv, ovkRgbToYCbCrPseudoPlanarRowFn) \
+  X(rgb8882yyuv, ovkRgbToYCbCrPseudoPlanarRowFn) \
+  X(rgba88882yyuv, ovkRgbToYCbCrPseudoPlanarRowFn)
 
 // Back-end forms of a group.
 #define OVK_BACKENDS_NONE 0u

@@ -22,6 +22,12 @@ const char* const ovkImplChar[OVK_NUM_IMPLS] = {"CPU", "PELAR", "RDSP", "GPU", "
   OVK_REMOTE_POINTER_##remote(Name, Group)
 OVK_ENTRIES(OVK_X)
 #undef OVK_X
+
+// Inner-kernel slots start on their portable routines, so the portable outer
+// loops work even before the first mode change.
+#define OVK_X(stem, Fn) OVK_API Fn stem##_ = stem##C;
+OVK_INNER_KERNELS(OVK_X)
+#undef OVK_X
 }
 
 namespace {
@@ -119,13 +125,13 @@ int32_t uVTable(ovkFuncPtr* table, ovkFuncPtr* internalTable, uint32_t impl) {
 }
 
 void uCHelper() {
-#define OVK_X(slot, Fn) slot = slot##C;
+#define OVK_X(stem, Fn) stem##_ = stem##C;
   OVK_INNER_KERNELS(OVK_X)
 #undef OVK_X
 }
 
 void uVHelper() {
-#define OVK_X(slot, Fn) slot = ovkVector##slot();
+#define OVK_X(stem, Fn) stem##_ = ovkVector##stem##_();
   OVK_INNER_KERNELS(OVK_X)
 #undef OVK_X
 }
