@@ -1,6 +1,7 @@
 // YCbCr to RGB: every kernel against the conversion formulas written out per
 // pixel here, hand-computed edge cases, the RGB565 layout, rotation, odd
-// sizes, strides and the entries' condition texts, all on guard-page buffers.
+// sizes, strides, the entries' condition texts, and vector == portable on
+// every target, all on guard-page buffers.
 #include <gtest/gtest.h>
 #include <string.h>
 
@@ -14,6 +15,7 @@
 #include "cpu/orvikColorToRgb.h"
 #include "support/guarded_image.h"
 #include "support/log_capture.h"
+#include "support/vector_targets.h"
 
 namespace {
 
@@ -102,16 +104,18 @@ struct Member {
   bool planar;
   Out out;
   ovkFuncPtr portable;
+  ovkFuncPtr (*vector)();
   ovkFuncPtr entry;
 };
 
-#define OVK_MEMBER(Sampling, Layout, Output, ShiftX, ShiftY)        \
-  Member{"ovkColorYCbCr" #Sampling #Layout "ToRGB" #Output "u8",    \
-         ShiftX,                                                    \
-         ShiftY,                                                    \
-         std::string(#Layout) == "Planar",                          \
-         Out::k##Output,                                            \
-         asFn(ovkColorYCbCr##Sampling##Layout##ToRGB##Output##u8C), \
+#define OVK_MEMBER(Sampling, Layout, Output, ShiftX, ShiftY)                              \
+  Member{"ovkColorYCbCr" #Sampling #Layout "ToRGB" #Output "u8",                          \
+         ShiftX,                                                                          \
+         ShiftY,                                                                          \
+         std::string(#Layout) == "Planar",                                                \
+         Out::k##Output,                                                                  \
+         asFn(ovkColorYCbCr##Sampling##Layout##ToRGB##Output##u8C),                       \
+         [] { return asFn(ovkVectorColorYCbCr##Sampling##Layout##ToRGB##Output##u8()); }, \
          asFn(ovkColorYCbCr##Sampling##Layout##ToRGB##Output##u8)},
 const std::vector<Member>& familyMembers() {
   static const std::vector<Member> members = {OVK_YCC_FAMILY(OVK_MEMBER)};
@@ -267,6 +271,11 @@ TEST(YccToRgbFamilyDeathTest, SubsampledRowsOfOneColumnEndTheProcess) {
                "length > 1 Assertion failed");
   EXPECT_DEATH(ovkColorYCbCr422PseudoPlanarToRGB565u8C(y.data(), c.data(), 1, 2, 1, 2, dst.data(), 2),
                "length > 1 Assertion failed");
+  forEachVectorTarget([&](const std::string&) {
+    EXPECT_DEATH(
+        ovkVectorColorYCbCr422PlanarToRGBA8888u8()(y.data(), cb.data(), cr.data(), 1, 2, 1, 1, 1, dst.data(), 4),
+        "length > 1 Assertion failed");
+  });
 }
 
 // ---- Camera frames ------------------------------------------------------------------
@@ -389,14 +398,15 @@ struct BlockKind {
   std::string name;
   uint32_t shiftX, shiftY;
   ovkColorYCrCbH1V1toRGB888u8Fn portable, entry;
+  ovkColorYCrCbH1V1toRGB888u8Fn (*vector)();
 };
 
 const std::vector<BlockKind>& blockKinds() {
   static const std::vector<BlockKind> kinds = {
-      {"H1V1", 0, 0, ovkColorYCrCbH1V1toRGB888u8C, ovkColorYCrCbH1V1toRGB888u8},
-      {"H2V1", 1, 0, ovkColorYCrCbH2V1toRGB888u8C, ovkColorYCrCbH2V1toRGB888u8},
-      {"H1V2", 0, 1, ovkColorYCrCbH1V2toRGB888u8C, ovkColorYCrCbH1V2toRGB888u8},
-      {"H2V2", 1, 1, ovkColorYCrCbH2V2toRGB888u8C, ovkColorYCrCbH2V2toRGB888u8}};
+      {"H1V1", 0, 0, ovkColorYCrCbH1V1toRGB888u8C, ovkColorYCrCbH1V1toRGB888u8, ovkVectorColorYCrCbH1V1toRGB888u8},
+      {"H2V1", 1, 0, ovkColorYCrCbH2V1toRGB888u8C, ovkColorYCrCbH2V1toRGB888u8, ovkVectorColorYCrCbH2V1toRGB888u8},
+      {"H1V2", 0, 1, ovkColorYCrCbH1V2toRGB888u8C, ovkColorYCrCbH1V2toRGB888u8, ovkVectorColorYCrCbH1V2toRGB888u8},
+      {"H2V2", 1, 1, ovkColorYCrCbH2V2toRGB888u8C, ovkColorYCrCbH2V2toRGB888u8, ovkVectorColorYCrCbH2V2toRGB888u8}};
   return kinds;
 }
 
@@ -457,6 +467,81 @@ TEST(YccToRgbBlocks, NeutralChromaIsNotQuiteNeutral) {
   EXPECT_EQ(dst.at(0, 0), 1);  // Y 0: G would be -1, clamped
   EXPECT_EQ(dst.at(1, 0), 0);
   EXPECT_EQ(dst.at(3 * 7 + 1, 7), 251);  // Y 252
+}
+
+// ---- Vector kernels ----------------------------------------------------------------------
+
+std::vector<uint32_t> vectorWidths() {
+  std::vector<uint32_t> widths;
+  for (uint32_t w = 1; w <= 70; ++w) widths.push_back(w);
+  for (const uint32_t w : {127u, 128u, 129u, 255u, 641u}) widths.push_back(w);
+  return widths;
+}
+
+TEST(YccToRgbVector, FamilyMatchesPortableOnEveryTarget) {
+  std::mt19937 rng(23);
+  std::vector<std::string> targets;
+  forEachVectorTarget([&](const std::string& target) {
+    targets.push_back(target);
+    for (const Member& m : familyMembers())
+      for (const uint32_t width : vectorWidths()) {
+        if (width == 1 && m.shiftX) continue;  // fatal by design
+        const uint32_t height = 1 + rng() % 5, bytes = uint32_t(m.out);
+        FamilyFrame frame(m, width, height, rng() % 9, rng);
+        const uint32_t dstStride = width * bytes + rng() % 13;
+        OutputImage vector(width, height, dstStride, m.out);
+        OutputImage portable(width, height, dstStride, m.out);
+        frame.convert(m.vector(), vector, false);
+        frame.convert(m.portable, portable, false);
+        const std::string what = target + " " + m.name + " " + std::to_string(width) + "x" + std::to_string(height);
+        ASSERT_TRUE(sameBytes(vector, portable, width * bytes)) << what;
+        expectPixels(
+            vector, m.out, [&](uint32_t x, uint32_t y) { return frame.expected(x, y); }, what);
+      }
+  });
+#if defined(__ARM_NEON)
+  EXPECT_NE(std::find(targets.begin(), targets.end(), "NEON"), targets.end()) << ::testing::PrintToString(targets);
+#endif
+  EXPECT_GE(targets.size(), 1u);
+}
+
+TEST(YccToRgbVector, CameraAndBlockKernelsMatchPortableOnEveryTarget) {
+  std::mt19937 rng(29);
+  forEachVectorTarget([&](const std::string& target) {
+    for (const uint32_t width : vectorWidths()) {
+      const uint32_t height = 1 + rng() % 6;
+      const std::string what = target + " " + std::to_string(width) + "x" + std::to_string(height);
+      const uint32_t yStride = width + rng() % 7, cStride = width + rng() % 7;
+      CameraFrame frame(width, height, yStride, cStride, rng);
+      OutputImage rgba(width, height, width * 4 + rng() % 9, Out::kA8888);
+      ovkVectorColorYCrCb420PseudoPlanarToRGB8888u8()(frame.data(), width, height, yStride, cStride, rgba.data(),
+                                                      rgba.stride());
+      expectPixels(
+          rgba, Out::kA8888, [&](uint32_t x, uint32_t y) { return cameraRgba(frame, x, y); }, what);
+
+      CameraFrame packed(width, height, width, width, rng);
+      OutputImage upright(width, height, width * 2, Out::k565);
+      OutputImage rotated(width, height, width * 2, Out::k565);
+      OutputImage packedRgba(width, height, width * 4, Out::kA8888);
+      ovkVectorColorYUV420toRGB8888u8()(packed.data(), width, height, width, width, packedRgba.data(), width * 4);
+      expectPixels(
+          packedRgba, Out::kA8888, [&](uint32_t x, uint32_t y) { return cameraRgba(packed, x, y); }, what + " packed");
+      ovkVectorColorYUV420toRGB565u8()(packed.data(), width, height, upright.data());
+      ovkVectorColorYUV420toRGB565u8Rotate180()(packed.data(), width, height, rotated.data());
+      const Expected expected = [&](uint32_t x, uint32_t y) { return camera565(packed, x, y); };
+      expectPixels(upright, Out::k565, expected, what + " 565");
+      expectPixels(rotated, Out::k565, expected, what + " 565 rotated", true);
+
+      for (const BlockKind& kind : blockKinds()) {
+        BlockFrame blocks(kind, width, height * 7, rng);
+        OutputImage vector(width, height * 7, width * 3, Out::k888);
+        OutputImage portable(width, height * 7, width * 3, Out::k888);
+        kind.vector()(blocks.data(), width, height * 7, vector.data());
+        kind.portable(blocks.data(), width, height * 7, portable.data());
+        ASSERT_TRUE(sameBytes(vector, portable, width * 3)) << what << " " << kind.name;
+      }
+    }
+  });
 }
 
 // ---- Entries ----------------------------------------------------------------------------------
