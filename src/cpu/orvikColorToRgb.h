@@ -215,6 +215,19 @@ void ovkConvertYccColumnsC(const ovkYccArithmetic& a, const ovkYccRowJob& job, u
   }
 }
 
+// Portable conversion of row jobs and units, for ovkYccKernels.
+struct ovkPortableYccRows {
+  template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror>
+  static void Convert(const ovkYccRowJob& job) {
+    ovkConvertYccColumnsC<F, kMirror>(A, job, 0, job.width);
+  }
+
+  static void ConvertUnit(const ovkBlockUnit& unit, const uint8_t* src, uint32_t columns, uint32_t rows,
+                          uint8_t* dst, size_t dstStride) {
+    ovkConvertBlockUnitC(unit, src, columns, rows, dst, dstStride);
+  }
+};
+
 // ---- Kernels of every group, given a row and a unit converter ----------------------
 
 // Rows::template Convert<Arithmetic, Format, Mirror>(job) converts a row job,

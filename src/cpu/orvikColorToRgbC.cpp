@@ -4,19 +4,7 @@
 
 namespace {
 
-struct PortableRows {
-  template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror>
-  static void Convert(const ovkYccRowJob& job) {
-    ovkConvertYccColumnsC<F, kMirror>(A, job, 0, job.width);
-  }
-
-  static void ConvertUnit(const ovkBlockUnit& unit, const uint8_t* src, uint32_t columns, uint32_t rows, uint8_t* dst,
-                          size_t dstStride) {
-    ovkConvertBlockUnitC(unit, src, columns, rows, dst, dstStride);
-  }
-};
-
-using Kernels = ovkYccKernels<PortableRows>;
+using Kernels = ovkYccKernels<ovkPortableYccRows>;
 
 }  // namespace
 

@@ -2,9 +2,12 @@
 // pixels in 16-bit lanes, so that lane i of both halves meets chroma sample i
 // of a subsampled row without any shuffling, and the channels are joined
 // back into pixel order by a shift and an or.  The fixed-point sums exceed 16
-// bits, so the chroma part is carried exactly as a quotient and a remainder of
-// the final shift: with lumaWeight = 2^shift + extra,
-//   (lumaWeight L + c) >> shift = L + (c >> shift) + ((extra L + (c & mask)) >> shift).
+// bits, so the chroma part c of a channel is carried exactly as q = c >> shift
+// and r = c & mask.  With lumaWeight = M 2^a (M odd or a = shift) and
+// p = shift - a, the channel is
+//   q + ((M L + (r >> a)) >> p),
+// which saturating 16-bit arithmetic computes already clamped below:
+//   ((M L + (r >> a) + (max(q, 0) << p)) -sat (max(-q, 0) << p)) >> p.
 // Rows shorter than a vector and the odd last column use the portable code.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "pelar/orvikColorToRgbV.cpp"
@@ -22,31 +25,24 @@ namespace hn = hwy::HWY_NAMESPACE;
 #if HWY_TARGET == HWY_SCALAR
 
 // One lane cannot hold a pixel pair; the portable rows are exact and as fast.
-struct VectorRows {
-  template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror>
-  static void Convert(const ovkYccRowJob& job) {
-    ovkConvertYccColumnsC<F, kMirror>(A, job, 0, job.width);
-  }
-
-  static void ConvertUnit(const ovkBlockUnit& unit, const uint8_t* src, uint32_t columns, uint32_t rows, uint8_t* dst,
-                          size_t dstStride) {
-    ovkConvertBlockUnitC(unit, src, columns, rows, dst, dstStride);
-  }
-};
+using VectorRows = ovkPortableYccRows;
 
 #else
 
-// The chroma part of one channel: the sum's quotient and remainder by 2^shift.
+// The chroma part of one channel in the saturating form above.
 template <class DU>
 struct ChromaTerm {
-  hn::Vec<hn::RebindToSigned<DU> > quotient;
-  hn::Vec<DU> remainder;
+  hn::Vec<DU> add, subtract;
 };
 
 template <class DU>
 struct ChromaTerms {
   ChromaTerm<DU> r, g, b;
 };
+
+constexpr int TrailingZeros(int32_t v, int limit) {
+  return limit == 0 || (v & 1) ? 0 : 1 + TrailingZeros(v >> 1, limit - 1);
+}
 
 template <const ovkYccArithmetic& A, class D8>
 class Pixels {
@@ -60,51 +56,60 @@ class Pixels {
   using Terms = ChromaTerms<DU>;
 
   static constexpr int kShift = A.shift;
-  static constexpr int kLumaExtra = A.lumaWeight - (1 << A.shift);
-  static_assert(kLumaExtra >= 0 && kLumaExtra * 255 + (1 << kShift) <= 65535, "luma term must fit 16 bits");
+  static constexpr int kA = TrailingZeros(A.lumaWeight, A.shift);
+  static constexpr int kP = kShift - kA;
+  static constexpr int kM = A.lumaWeight >> kA;
+  // M L + (r >> a) must not saturate, and |q| << p must fit 16 bits (|q| of
+  // these conversions stays below 300).
+  static_assert(kM * 255 + (1 << kP) <= 65535 && (300 << kP) <= 65535, "saturating form must be exact");
 
   // Chroma samples 0..255 in 16-bit lanes.
-  static Terms TermsOf(VU cb, VU cr) {
+  HWY_INLINE static Terms TermsOf(VU cb, VU cr) {
     const VI u = Centred(cb), v = Centred(cr);
     return {ChannelTerm<A.r.cb, A.r.cr, A.r.offset>(u, v), ChannelTerm<A.g.cb, A.g.cr, A.g.offset>(u, v),
             ChannelTerm<A.b.cb, A.b.cr, A.b.offset>(u, v)};
   }
 
-  static VU EvenBytes(V8 v) { return hn::And(hn::BitCast(DU(), v), hn::Set(DU(), 0xFF)); }
-  static VU OddBytes(V8 v) { return hn::ShiftRight<8>(hn::BitCast(DU(), v)); }
+  HWY_INLINE static VU EvenBytes(V8 v) { return hn::And(hn::BitCast(DU(), v), hn::Set(DU(), 0xFF)); }
+  HWY_INLINE static VU OddBytes(V8 v) { return hn::ShiftRight<8>(hn::BitCast(DU(), v)); }
 
-  // Lanes(D8) pixels of luma from pixel x of `row`, even pixels with
+  // The three channels of Lanes(D8) pixels in pixel order, even pixels with
   // `even`, odd ones with `odd`.
-  template <ovkRgbFormat F, bool kMirror>
-  static void Write(V8 luma, const Terms& even, const Terms& odd, uint8_t* row, size_t x, uint32_t width) {
-    if constexpr (A.lumaFloor != 0) luma = hn::SaturatedSub(luma, hn::Set(D8(), uint8_t(A.lumaFloor)));
-    const VU lumaEven = EvenBytes(luma), lumaOdd = OddBytes(luma);
-    const VU extraEven = hn::Mul(lumaEven, hn::Set(DU(), uint16_t(kLumaExtra)));
-    const VU extraOdd = hn::Mul(lumaOdd, hn::Set(DU(), uint16_t(kLumaExtra)));
-    const VU r[2] = {Channel(lumaEven, extraEven, even.r), Channel(lumaOdd, extraOdd, odd.r)};
-    const VU g[2] = {Channel(lumaEven, extraEven, even.g), Channel(lumaOdd, extraOdd, odd.g)};
-    const VU b[2] = {Channel(lumaEven, extraEven, even.b), Channel(lumaOdd, extraOdd, odd.b)};
-    const D8 d8;
-    if constexpr (F == ovkRgbFormat::kRgb565) {
-      Write565<kMirror>(Rgb565(r[0], g[0], b[0]), Rgb565(r[1], g[1], b[1]), row, x, width);
-    } else if constexpr (F == ovkRgbFormat::kRgb888) {
-      hn::StoreInterleaved3(Join(r), Join(g), Join(b), d8, row + x * 3);
-    } else {
-      hn::StoreInterleaved4(Join(r), Join(g), Join(b), hn::Set(d8, 255), d8, row + x * 4);
-    }
+  struct Channels {
+    V8 r, g, b;
+  };
+  HWY_INLINE static Channels Convert(V8 luma, const Terms& even, const Terms& odd) {
+    VU lumaEven, lumaOdd;
+    WeightedLuma(luma, lumaEven, lumaOdd);
+    return {Join(Channel(lumaEven, even.r), Channel(lumaOdd, odd.r)),
+            Join(Channel(lumaEven, even.g), Channel(lumaOdd, odd.g)),
+            Join(Channel(lumaEven, even.b), Channel(lumaOdd, odd.b))};
+  }
+
+  // RGB565 words of the even and the odd pixels.
+  HWY_INLINE static void Convert565(V8 luma, const Terms& even, const Terms& odd, VU& evenWords, VU& oddWords) {
+    VU lumaEven, lumaOdd;
+    WeightedLuma(luma, lumaEven, lumaOdd);
+    evenWords = Rgb565(Channel(lumaEven, even.r), Channel(lumaEven, even.g), Channel(lumaEven, even.b));
+    oddWords = Rgb565(Channel(lumaOdd, odd.r), Channel(lumaOdd, odd.g), Channel(lumaOdd, odd.b));
   }
 
  private:
-  static VI Centred(VU c) {
+  HWY_INLINE static VI Centred(VU c) {
     const VI s = hn::BitCast(DI(), c);
     const VI scaled = A.chromaScale == 2 ? hn::Add(s, s) : s;
     return hn::Sub(scaled, hn::Set(DI(), int16_t(A.chromaCentre)));
   }
 
-  // Exact weight * x as quotient and remainder: the 32-bit product is
-  // high * 2^16 + low.
+  struct Exact {
+    VI quotient;
+    VU remainder;
+  };
+
+  // Exact weight * x as quotient and remainder by 2^shift: the 32-bit
+  // product is high * 2^16 + low.
   template <int32_t kWeight>
-  static Term Product(VI x) {
+  HWY_INLINE static Exact Product(VI x) {
     static_assert(kWeight >= -32768 && kWeight <= 32767, "weight must fit 16 bits");
     const DI di;
     const DU du;
@@ -120,70 +125,155 @@ class Pixels {
   }
 
   template <int32_t kConstant>
-  static Term Constant() {
+  HWY_INLINE static Exact Constant() {
     return {hn::Set(DI(), int16_t(kConstant >> kShift)), hn::Set(DU(), uint16_t(kConstant & ((1 << kShift) - 1)))};
   }
 
   // Remainders stay below 2^shift, so two of them fit 16 bits.
-  static Term Sum(const Term& a, const Term& b) {
+  HWY_INLINE static Exact Sum(const Exact& a, const Exact& b) {
     const VU remainder = hn::Add(a.remainder, b.remainder);
     return {hn::Add(hn::Add(a.quotient, b.quotient), hn::BitCast(DI(), hn::ShiftRight<kShift>(remainder))),
             hn::And(remainder, hn::Set(DU(), uint16_t((1 << kShift) - 1)))};
   }
 
+  // Weights of zero cost nothing.  Without an offset, c >> a is formed
+  // directly from the products (its sign from theirs) and split into the
+  // saturating pair; otherwise through the quotient and the remainder.
   template <int32_t kCb, int32_t kCr, int32_t kOffset>
-  static Term ChannelTerm(VI u, VI v) {
-    return Sum(Sum(Product<kCb>(u), Product<kCr>(v)), Constant<kOffset>());
-  }
-
-  // Clamped to 0..255.
-  static VU Channel(VU luma, VU extra, const Term& term) {
-    const DI di;
-    VI value = hn::Add(hn::BitCast(di, luma), term.quotient);
-    if constexpr (kLumaExtra != 0)
-      value = hn::Add(value, hn::BitCast(di, hn::ShiftRight<kShift>(hn::Add(extra, term.remainder))));
-    return hn::BitCast(DU(), hn::Min(hn::Max(value, hn::Zero(di)), hn::Set(di, 255)));
-  }
-
-  static V8 Join(const VU (&evenOdd)[2]) { return hn::BitCast(D8(), hn::Or(evenOdd[0], hn::ShiftLeft<8>(evenOdd[1]))); }
-
-  static VU Rgb565(VU r, VU g, VU b) {
-    const DU du;
-    return hn::Or(hn::Or(hn::ShiftRight<3>(r), hn::ShiftLeft<3>(hn::And(g, hn::Set(du, 0xFC)))),
-                  hn::ShiftLeft<8>(hn::And(b, hn::Set(du, 0xF8))));
-  }
-
-  // Mirrored rows are written right to left: the pair of vectors is built in
-  // order, then each half reversed into the other's place.
-  template <bool kMirror>
-  static void Write565(VU even, VU odd, uint8_t* row, size_t x, uint32_t width) {
-    const DU du;
-    uint16_t* out = reinterpret_cast<uint16_t*>(row);
-    if constexpr (!kMirror) {
-      hn::StoreInterleaved2(even, odd, du, out + x);
+  HWY_INLINE static Term ChannelTerm(VI u, VI v) {
+    static_assert(kCb != 0 || kCr != 0, "a channel without chroma");
+    constexpr int32_t kLargestCentred = 128 * A.chromaScale;
+    constexpr bool kSmallSum = ((kCb < 0 ? -kCb : kCb) + (kCr < 0 ? -kCr : kCr)) * kLargestCentred >> kA < 32768;
+    if constexpr (kOffset == 0 && (kCb == 0 || kCr == 0)) {
+      const VI x = kCb == 0 ? v : u;
+      const VI weight = hn::Set(DI(), int16_t(kCb == 0 ? kCr : kCb));
+      const VI high = hn::MulHigh(x, weight);
+      const VU low = hn::BitCast(DU(), hn::Mul(x, weight));
+      return Split(hn::Add(hn::BitCast(DU(), hn::ShiftLeft<16 - kA>(high)), hn::ShiftRight<kA>(low)),
+                   hn::BitCast(DU(), hn::ShiftRight<15>(high)));
+    } else if constexpr (kOffset == 0 && kSmallSum) {
+      const VI weightCb = hn::Set(DI(), int16_t(kCb)), weightCr = hn::Set(DI(), int16_t(kCr));
+      const VU lowCb = hn::BitCast(DU(), hn::Mul(u, weightCb)), lowCr = hn::BitCast(DU(), hn::Mul(v, weightCr));
+      const VI high = hn::Add(hn::MulHigh(u, weightCb), hn::MulHigh(v, weightCr));
+      const VU fraction = hn::Set(DU(), uint16_t((1 << kA) - 1));
+      const VU carry = hn::ShiftRight<kA>(hn::Add(hn::And(lowCb, fraction), hn::And(lowCr, fraction)));
+      const VU scaled = hn::Add(hn::Add(hn::BitCast(DU(), hn::ShiftLeft<16 - kA>(high)), carry),
+                                hn::Add(hn::ShiftRight<kA>(lowCb), hn::ShiftRight<kA>(lowCr)));
+      return Split(scaled, hn::BitCast(DU(), hn::ShiftRight<15>(hn::BitCast(DI(), scaled))));
     } else {
-      const size_t lanes = hn::Lanes(du);
-      HWY_ALIGN uint16_t ordered[2 * hn::MaxLanes(du)];
-      hn::StoreInterleaved2(even, odd, du, ordered);
-      const size_t end = width - x;
-      hn::StoreU(hn::Reverse(du, hn::Load(du, ordered + lanes)), du, out + end - 2 * lanes);
-      hn::StoreU(hn::Reverse(du, hn::Load(du, ordered)), du, out + end - lanes);
+      Exact sum = kCb == 0 ? Product<kCr>(v) : kCr == 0 ? Product<kCb>(u) : Sum(Product<kCb>(u), Product<kCr>(v));
+      if constexpr (kOffset != 0) sum = Sum(sum, Constant<kOffset>());
+      const DI di;
+      const VU positive = hn::BitCast(DU(), hn::Max(sum.quotient, hn::Zero(di)));
+      const VU negative = hn::BitCast(DU(), hn::Max(hn::Neg(sum.quotient), hn::Zero(di)));
+      return {hn::Add(hn::ShiftRight<kA>(sum.remainder), hn::ShiftLeft<kP>(positive)), hn::ShiftLeft<kP>(negative)};
     }
+  }
+
+  // c >> a, known modulo 2^16, and all ones where it is negative.
+  HWY_INLINE static Term Split(VU scaled, VU negative) {
+    return {hn::AndNot(negative, scaled), hn::And(negative, hn::Sub(hn::Zero(DU()), scaled))};
+  }
+
+  // M L of the even and the odd pixels.
+  HWY_INLINE static void WeightedLuma(V8 luma, VU& even, VU& odd) {
+    if constexpr (A.lumaFloor != 0) luma = hn::SaturatedSub(luma, hn::Set(D8(), uint8_t(A.lumaFloor)));
+    even = EvenBytes(luma);
+    odd = OddBytes(luma);
+    if constexpr (kM != 1) {
+      even = hn::Mul(even, hn::Set(DU(), uint16_t(kM)));
+      odd = hn::Mul(odd, hn::Set(DU(), uint16_t(kM)));
+    }
+  }
+
+  // The channel clamped to 0..255, in the high byte of each lane (the low
+  // byte is not used).  With p = 7 saturating doubling clamps and shifts.
+  HWY_INLINE static VU Channel(VU weightedLuma, const Term& term) {
+    const VU sum = hn::SaturatedSub(hn::SaturatedAdd(weightedLuma, term.add), term.subtract);
+    if constexpr (kP == 7) return hn::SaturatedAdd(sum, sum);
+    return hn::ShiftLeft<8>(hn::Min(hn::ShiftRight<kP>(sum), hn::Set(DU(), 255)));
+  }
+
+  HWY_INLINE static V8 Join(VU even, VU odd) {
+    return hn::OddEven(hn::BitCast(D8(), odd), hn::BitCast(D8(), hn::ShiftRight<8>(even)));
+  }
+
+  HWY_INLINE static VU Rgb565(VU r, VU g, VU b) {
+    const DU du;
+    return hn::Or(hn::Or(hn::ShiftRight<11>(r), hn::And(hn::ShiftRight<5>(g), hn::Set(du, 0x07E0))),
+                  hn::And(b, hn::Set(du, 0xF800)));
   }
 };
 
-using D8 = hn::ScalableTag<uint8_t>;
+// Mirrored rows are written right to left: the pair of vectors is built in
+// order, then each half reversed into the other's place.
+template <bool kMirror, class DU>
+HWY_INLINE void Store565(DU du, hn::Vec<DU> even, hn::Vec<DU> odd, uint8_t* row, size_t x, uint32_t width) {
+  uint16_t* out = reinterpret_cast<uint16_t*>(row);
+  if constexpr (!kMirror) {
+    hn::StoreInterleaved2(even, odd, du, out + x);
+  } else {
+    const size_t lanes = hn::Lanes(du);
+    HWY_ALIGN uint16_t ordered[2 * hn::MaxLanes(du)];
+    hn::StoreInterleaved2(even, odd, du, ordered);
+    const size_t end = width - x;
+    hn::StoreU(hn::Reverse(du, hn::Load(du, ordered + lanes)), du, out + end - 2 * lanes);
+    hn::StoreU(hn::Reverse(du, hn::Load(du, ordered)), du, out + end - lanes);
+  }
+}
 
-// One vector step of a row job at pixel x, which is even for subsampled rows.
-template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror>
-void ConvertStep(const ovkYccRowJob& job, size_t x) {
-  using P = Pixels<A, D8>;
+using D8 = hn::ScalableTag<uint8_t>;
+using D32 = hn::Repartition<uint32_t, D8>;
+
+// RGBA is stored with byte and word zips inside each 16-byte block, which
+// leaves 4-pixel group k of block b of the zipped vectors for memory group
+// (k * blocks + b).  Loading pixel groups in that order spares the shuffles
+// across blocks.
+class BlockOrder {
+ public:
+  // Only RGBA rows are reordered, and only vectors of several blocks.
+  explicit BlockOrder(bool reorder) : active_(reorder && hn::Lanes(D32()) > 4) {
+    const D32 d32;
+    const auto lane = hn::Iota(d32, 0);
+    const auto blocks = hn::Set(d32, uint32_t(hn::Lanes(d32) / 4));
+    indices_ =
+        hn::IndicesFromVec(d32, hn::Add(hn::Mul(hn::And(lane, hn::Set(d32, 3)), blocks), hn::ShiftRight<2>(lane)));
+  }
+
+  template <class V>
+  V Apply(V v) const {
+    if (!active_) return v;
+    return hn::BitCast(hn::DFromV<V>(), hn::TableLookupLanes(hn::BitCast(D32(), v), indices_));
+  }
+
+ private:
+  bool active_;
+  decltype(hn::IndicesFromVec(D32(), hn::Zero(D32()))) indices_;
+};
+
+HWY_INLINE void StoreRgbaInBlockOrder(hn::Vec<D8> r, hn::Vec<D8> g, hn::Vec<D8> b, uint8_t* out) {
+  const D8 d8;
+  const hn::RepartitionToWide<D8> d16;
+  const D32 d32;
+  const auto rgLow = hn::ZipLower(d16, r, g), rgHigh = hn::ZipUpper(d16, r, g);
+  const auto baLow = hn::ZipLower(d16, b, hn::Set(d8, 255)), baHigh = hn::ZipUpper(d16, b, hn::Set(d8, 255));
+  const size_t bytes = hn::Lanes(d8);
+  hn::StoreU(hn::BitCast(d8, hn::ZipLower(d32, rgLow, baLow)), d8, out);
+  hn::StoreU(hn::BitCast(d8, hn::ZipUpper(d32, rgLow, baLow)), d8, out + bytes);
+  hn::StoreU(hn::BitCast(d8, hn::ZipLower(d32, rgHigh, baHigh)), d8, out + 2 * bytes);
+  hn::StoreU(hn::BitCast(d8, hn::ZipUpper(d32, rgHigh, baHigh)), d8, out + 3 * bytes);
+}
+
+// The chroma terms of the even and the odd pixels of one step; subsampled
+// rows share one set.
+template <class P>
+HWY_INLINE void StepTerms(const ovkYccRowJob& job, size_t x, const BlockOrder& order, typename P::Terms& even,
+                          typename P::Terms& odd) {
   using DU = typename P::DU;
   const D8 d8;
   const DU du;
   const uint8_t* pairs = std::min(job.cb, job.cr);
   const bool cbFirst = job.cb < job.cr;
-  typename P::Terms even, odd;
   if (job.subsampled) {
     const size_t sample = x / 2;
     hn::Vec<DU> cb, cr;
@@ -196,7 +286,7 @@ void ConvertStep(const ovkYccRowJob& job, size_t x) {
       cb = cbFirst ? P::EvenBytes(both) : P::OddBytes(both);
       cr = cbFirst ? P::OddBytes(both) : P::EvenBytes(both);
     }
-    even = odd = P::TermsOf(cb, cr);
+    even = P::TermsOf(order.Apply(cb), order.Apply(cr));
   } else {
     hn::Vec<D8> cb, cr;
     if (job.chromaStep == 1) {
@@ -208,11 +298,37 @@ void ConvertStep(const ovkYccRowJob& job, size_t x) {
       cb = cbFirst ? first : second;
       cr = cbFirst ? second : first;
     }
+    cb = order.Apply(cb);
+    cr = order.Apply(cr);
     even = P::TermsOf(P::EvenBytes(cb), P::EvenBytes(cr));
     odd = P::TermsOf(P::OddBytes(cb), P::OddBytes(cr));
   }
-  for (uint32_t r = 0; r < job.rows; ++r)
-    P::template Write<F, kMirror>(hn::LoadU(d8, job.y[r] + x), even, odd, job.out[r], x, job.width);
+}
+
+// One vector step of a row job at pixel x, which is even for subsampled
+// rows.
+template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror>
+HWY_INLINE void ConvertStep(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
+  using P = Pixels<A, D8>;
+  const D8 d8;
+  typename P::Terms terms[2];
+  StepTerms<P>(job, x, order, terms[0], terms[1]);
+  const typename P::Terms& even = terms[0];
+  const typename P::Terms& odd = terms[job.subsampled ? 0 : 1];
+  for (uint32_t r = 0; r < job.rows; ++r) {
+    const hn::Vec<D8> luma = order.Apply(hn::LoadU(d8, job.y[r] + x));
+    if constexpr (F == ovkRgbFormat::kRgb565) {
+      typename P::VU evenWords, oddWords;
+      P::Convert565(luma, even, odd, evenWords, oddWords);
+      Store565<kMirror>(typename P::DU(), evenWords, oddWords, job.out[r], x, job.width);
+    } else if constexpr (F == ovkRgbFormat::kRgb888) {
+      const typename P::Channels c = P::Convert(luma, even, odd);
+      hn::StoreInterleaved3(c.r, c.g, c.b, d8, job.out[r] + x * 3);
+    } else {
+      const typename P::Channels c = P::Convert(luma, even, odd);
+      StoreRgbaInBlockOrder(c.r, c.g, c.b, job.out[r] + x * 4);
+    }
+  }
 }
 
 struct VectorRows {
@@ -223,7 +339,8 @@ struct VectorRows {
     const size_t pixels = hn::Lanes(D8());
     const uint32_t paired = job.subsampled ? job.width & ~1u : job.width;
     if (paired < pixels) return ovkConvertYccColumnsC<F, kMirror>(A, job, 0, job.width);
-    for (size_t x = 0; x < paired; x += pixels) ConvertStep<A, F, kMirror>(job, std::min(x, paired - pixels));
+    const BlockOrder order(F == ovkRgbFormat::kRgbA8888);
+    for (size_t x = 0; x < paired; x += pixels) ConvertStep<A, F, kMirror>(job, std::min(x, paired - pixels), order);
     ovkConvertYccColumnsC<F, kMirror>(A, job, paired, job.width);
   }
 
@@ -244,16 +361,17 @@ struct VectorRows {
 
  private:
   // 8 pixels, a chroma sample each.
-  static void ConvertNarrowUnitRow(const uint8_t* luma, const uint8_t* cb, uint8_t* out) {
+  HWY_INLINE static void ConvertNarrowUnitRow(const uint8_t* luma, const uint8_t* cb, uint8_t* out) {
     using P = Pixels<kOvkBlockQ15, hn::CappedTag<uint8_t, 8> >;
     const hn::CappedTag<uint8_t, 8> d8;
     const auto cbs = hn::LoadU(d8, cb), crs = hn::LoadU(d8, cb + 64);
-    P::Write<ovkRgbFormat::kRgb888, false>(hn::LoadU(d8, luma), P::TermsOf(P::EvenBytes(cbs), P::EvenBytes(crs)),
-                                           P::TermsOf(P::OddBytes(cbs), P::OddBytes(crs)), out, 0, 16);
+    const P::Channels c = P::Convert(hn::LoadU(d8, luma), P::TermsOf(P::EvenBytes(cbs), P::EvenBytes(crs)),
+                                     P::TermsOf(P::OddBytes(cbs), P::OddBytes(crs)));
+    hn::StoreInterleaved3(c.r, c.g, c.b, d8, out);
   }
 
   // 16 pixels from two side-by-side blocks, a chroma sample per pair.
-  static void ConvertWideUnitRow(const uint8_t* luma, const uint8_t* cb, uint8_t* out) {
+  HWY_INLINE static void ConvertWideUnitRow(const uint8_t* luma, const uint8_t* cb, uint8_t* out) {
     using D16 = hn::CappedTag<uint8_t, 16>;
     using P = Pixels<kOvkBlockQ15, D16>;
     const D16 d8;
@@ -263,7 +381,8 @@ struct VectorRows {
     const auto terms =
         P::TermsOf(hn::PromoteTo(du, hn::LoadU(dSamples, cb)), hn::PromoteTo(du, hn::LoadU(dSamples, cb + 64)));
     const auto pixels = hn::Combine(d8, hn::LoadU(dHalf, luma + 64), hn::LoadU(dHalf, luma));
-    P::Write<ovkRgbFormat::kRgb888, false>(pixels, terms, terms, out, 0, 16);
+    const typename P::Channels c = P::Convert(pixels, terms, terms);
+    hn::StoreInterleaved3(c.r, c.g, c.b, d8, out);
   }
 };
 
