@@ -65,6 +65,7 @@ class Pixels {
 
   // Chroma samples 0..255 in 16-bit lanes.
   HWY_INLINE static Terms TermsOf(VU cb, VU cr) {
+    if constexpr (&A == &kOvkVideoRangeQ10) return VideoRangeQ10TermsOf(cb, cr);
     const VI u = Centred(cb), v = Centred(cr);
     return {ChannelTerm<A.r.cb, A.r.cr, A.r.offset>(u, v), ChannelTerm<A.g.cb, A.g.cr, A.g.offset>(u, v),
             ChannelTerm<A.b.cb, A.b.cr, A.b.offset>(u, v)};
@@ -175,6 +176,34 @@ class Pixels {
     return {hn::AndNot(negative, scaled), hn::And(negative, hn::Sub(hn::Zero(DU()), scaled))};
   }
 
+  // The camera RGBA conversion, which sets the pace, takes a shortcut:
+  // c >> 3 minus a bias of at most 2^15 comes straight from 16-bit high
+  // products, so that saturation at the top still clamps to 255.  R is
+  // (k Cr >> 3) - 16 k, with k Cr >> 3 the high half of (Cr << 8)(k << 5).
+  // G is (k (256 - Cr) >> 3) + (k' / 8)(256 - Cb) - 16 (k + k') for its
+  // weights -k of v and -k' of u, k' a multiple of 8.  B, with a bias too
+  // large, is split by the sign of u: k u >> 3 = (k / 8) u + ((k % 8) u >> 3).
+  HWY_INLINE static Terms VideoRangeQ10TermsOf(VU cb, VU cr) {
+    static_assert(kA == 3 && A.chromaScale == 1 && A.chromaCentre == 128, "shift and chroma as assumed");
+    static_assert(A.r.cb == 0 && A.r.offset == 0 && A.r.cr > 0 && (A.r.cr << 5) <= 65535, "R as assumed");
+    static_assert(A.g.offset == 0 && A.g.cr < 0 && (-A.g.cr << 6) <= 65535 && A.g.cb < 0 && A.g.cb % 8 == 0 &&
+                      16 * -(A.g.cr + A.g.cb) <= 32768,
+                  "G as assumed");
+    static_assert(A.b.cr == 0 && A.b.offset == 0 && A.b.cb > 0, "B as assumed");
+    const DU du;
+    const DI di;
+    const VU full = hn::Set(du, 256);
+    const Term r = {hn::MulHigh(hn::ShiftLeft<8>(cr), hn::Set(du, uint16_t(A.r.cr << 5))),
+                    hn::Set(du, uint16_t(16 * A.r.cr))};
+    const VU gFromCr = hn::MulHigh(hn::ShiftLeft<7>(hn::Sub(full, cr)), hn::Set(du, uint16_t(-A.g.cr << 6)));
+    const VU gFromCb = hn::Mul(hn::Sub(full, cb), hn::Set(du, uint16_t(-A.g.cb / 8)));
+    const Term g = {hn::Add(gFromCr, gFromCb), hn::Set(du, uint16_t(16 * -(A.g.cr + A.g.cb)))};
+    const VI u = hn::Sub(hn::BitCast(di, cb), hn::Set(di, 128));
+    const VI scaled = hn::Add(hn::Mul(u, hn::Set(di, int16_t(A.b.cb / 8))),
+                              hn::ShiftRight<3>(hn::Mul(u, hn::Set(di, int16_t(A.b.cb % 8)))));
+    return {r, g, Split(hn::BitCast(du, scaled), hn::BitCast(du, hn::ShiftRight<15>(u)))};
+  }
+
   // M L of the even and the odd pixels.
   HWY_INLINE static void WeightedLuma(V8 luma, VU& even, VU& odd) {
     if constexpr (A.lumaFloor != 0) luma = hn::SaturatedSub(luma, hn::Set(D8(), uint8_t(A.lumaFloor)));
@@ -232,13 +261,7 @@ using D32 = hn::Repartition<uint32_t, D8>;
 class BlockOrder {
  public:
   // Only RGBA rows are reordered, and only vectors of several blocks.
-  explicit BlockOrder(bool reorder) : active_(reorder && hn::Lanes(D32()) > 4) {
-    const D32 d32;
-    const auto lane = hn::Iota(d32, 0);
-    const auto blocks = hn::Set(d32, uint32_t(hn::Lanes(d32) / 4));
-    indices_ =
-        hn::IndicesFromVec(d32, hn::Add(hn::Mul(hn::And(lane, hn::Set(d32, 3)), blocks), hn::ShiftRight<2>(lane)));
-  }
+  explicit BlockOrder(bool reorder) : active_(reorder && hn::Lanes(D32()) > 4), indices_(GroupOrder()) {}
 
   template <class V>
   V Apply(V v) const {
@@ -247,6 +270,14 @@ class BlockOrder {
   }
 
  private:
+  // Lane 4 b + k takes group k * blocks + b.
+  static decltype(hn::IndicesFromVec(D32(), hn::Zero(D32()))) GroupOrder() {
+    const D32 d32;
+    const auto lane = hn::Iota(d32, 0);
+    const auto blocks = hn::Set(d32, uint32_t(hn::Lanes(d32) / 4));
+    return hn::IndicesFromVec(d32, hn::Add(hn::Mul(hn::And(lane, hn::Set(d32, 3)), blocks), hn::ShiftRight<2>(lane)));
+  }
+
   bool active_;
   decltype(hn::IndicesFromVec(D32(), hn::Zero(D32()))) indices_;
 };
@@ -267,8 +298,12 @@ HWY_INLINE void StoreRgbaInBlockOrder(hn::Vec<D8> r, hn::Vec<D8> g, hn::Vec<D8> 
 // The chroma terms of the even and the odd pixels of one step; subsampled
 // rows share one set.
 template <class P>
-HWY_INLINE void StepTerms(const ovkYccRowJob& job, size_t x, const BlockOrder& order, typename P::Terms& even,
-                          typename P::Terms& odd) {
+struct StepChroma {
+  typename P::Terms even, odd;
+};
+
+template <class P>
+HWY_INLINE StepChroma<P> StepTerms(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
   using DU = typename P::DU;
   const D8 d8;
   const DU du;
@@ -286,7 +321,8 @@ HWY_INLINE void StepTerms(const ovkYccRowJob& job, size_t x, const BlockOrder& o
       cb = cbFirst ? P::EvenBytes(both) : P::OddBytes(both);
       cr = cbFirst ? P::OddBytes(both) : P::EvenBytes(both);
     }
-    even = P::TermsOf(order.Apply(cb), order.Apply(cr));
+    const typename P::Terms terms = P::TermsOf(order.Apply(cb), order.Apply(cr));
+    return {terms, terms};
   } else {
     hn::Vec<D8> cb, cr;
     if (job.chromaStep == 1) {
@@ -300,8 +336,7 @@ HWY_INLINE void StepTerms(const ovkYccRowJob& job, size_t x, const BlockOrder& o
     }
     cb = order.Apply(cb);
     cr = order.Apply(cr);
-    even = P::TermsOf(P::EvenBytes(cb), P::EvenBytes(cr));
-    odd = P::TermsOf(P::OddBytes(cb), P::OddBytes(cr));
+    return {P::TermsOf(P::EvenBytes(cb), P::EvenBytes(cr)), P::TermsOf(P::OddBytes(cb), P::OddBytes(cr))};
   }
 }
 
@@ -311,10 +346,9 @@ template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror>
 HWY_INLINE void ConvertStep(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
   using P = Pixels<A, D8>;
   const D8 d8;
-  typename P::Terms terms[2];
-  StepTerms<P>(job, x, order, terms[0], terms[1]);
-  const typename P::Terms& even = terms[0];
-  const typename P::Terms& odd = terms[job.subsampled ? 0 : 1];
+  const StepChroma<P> chroma = StepTerms<P>(job, x, order);
+  const typename P::Terms& even = chroma.even;
+  const typename P::Terms& odd = job.subsampled ? chroma.even : chroma.odd;
   for (uint32_t r = 0; r < job.rows; ++r) {
     const hn::Vec<D8> luma = order.Apply(hn::LoadU(d8, job.y[r] + x));
     if constexpr (F == ovkRgbFormat::kRgb565) {
