@@ -295,60 +295,54 @@ HWY_INLINE void StoreRgbaInBlockOrder(hn::Vec<D8> r, hn::Vec<D8> g, hn::Vec<D8> 
   hn::StoreU(hn::BitCast(d8, hn::ZipUpper(d32, rgHigh, baHigh)), d8, out + 3 * bytes);
 }
 
-// The chroma terms of the even and the odd pixels of one step; subsampled
-// rows share one set.
+// The chroma terms of one step of a subsampled row, shared by the even and
+// the odd pixels.
 template <class P>
-struct StepChroma {
+HWY_INLINE typename P::Terms SubsampledTerms(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
+  using DU = typename P::DU;
+  const DU du;
+  const size_t sample = x / 2;
+  if (job.chromaStep == 1) {
+    const hn::Rebind<uint8_t, DU> dHalf;
+    return P::TermsOf(order.Apply(hn::PromoteTo(du, hn::LoadU(dHalf, job.cb + sample))),
+                      order.Apply(hn::PromoteTo(du, hn::LoadU(dHalf, job.cr + sample))));
+  }
+  const hn::Vec<D8> pairs = order.Apply(hn::LoadU(D8(), std::min(job.cb, job.cr) + 2 * sample));
+  return job.cb < job.cr ? P::TermsOf(P::EvenBytes(pairs), P::OddBytes(pairs))
+                         : P::TermsOf(P::OddBytes(pairs), P::EvenBytes(pairs));
+}
+
+template <class P>
+struct PixelTerms {
   typename P::Terms even, odd;
 };
 
+// The chroma terms of the even and the odd pixels of one step of a row with
+// a sample per pixel.
 template <class P>
-HWY_INLINE StepChroma<P> StepTerms(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
-  using DU = typename P::DU;
+HWY_INLINE PixelTerms<P> FullTerms(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
   const D8 d8;
-  const DU du;
-  const uint8_t* pairs = std::min(job.cb, job.cr);
-  const bool cbFirst = job.cb < job.cr;
-  if (job.subsampled) {
-    const size_t sample = x / 2;
-    hn::Vec<DU> cb, cr;
-    if (job.chromaStep == 1) {
-      const hn::Rebind<uint8_t, DU> dHalf;
-      cb = hn::PromoteTo(du, hn::LoadU(dHalf, job.cb + sample));
-      cr = hn::PromoteTo(du, hn::LoadU(dHalf, job.cr + sample));
-    } else {
-      const hn::Vec<D8> both = hn::LoadU(d8, pairs + 2 * sample);
-      cb = cbFirst ? P::EvenBytes(both) : P::OddBytes(both);
-      cr = cbFirst ? P::OddBytes(both) : P::EvenBytes(both);
-    }
-    const typename P::Terms terms = P::TermsOf(order.Apply(cb), order.Apply(cr));
-    return {terms, terms};
+  hn::Vec<D8> cb, cr;
+  if (job.chromaStep == 1) {
+    cb = hn::LoadU(d8, job.cb + x);
+    cr = hn::LoadU(d8, job.cr + x);
   } else {
-    hn::Vec<D8> cb, cr;
-    if (job.chromaStep == 1) {
-      cb = hn::LoadU(d8, job.cb + x);
-      cr = hn::LoadU(d8, job.cr + x);
-    } else {
-      hn::Vec<D8> first, second;
-      hn::LoadInterleaved2(d8, pairs + 2 * x, first, second);
-      cb = cbFirst ? first : second;
-      cr = cbFirst ? second : first;
-    }
-    cb = order.Apply(cb);
-    cr = order.Apply(cr);
-    return {P::TermsOf(P::EvenBytes(cb), P::EvenBytes(cr)), P::TermsOf(P::OddBytes(cb), P::OddBytes(cr))};
+    hn::Vec<D8> first, second;
+    hn::LoadInterleaved2(d8, std::min(job.cb, job.cr) + 2 * x, first, second);
+    cb = job.cb < job.cr ? first : second;
+    cr = job.cb < job.cr ? second : first;
   }
+  cb = order.Apply(cb);
+  cr = order.Apply(cr);
+  return {P::TermsOf(P::EvenBytes(cb), P::EvenBytes(cr)), P::TermsOf(P::OddBytes(cb), P::OddBytes(cr))};
 }
 
-// One vector step of a row job at pixel x, which is even for subsampled
-// rows.
-template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror>
-HWY_INLINE void ConvertStep(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
+// Converts the job's rows at pixel x with the terms of their even and odd pixels.
+template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror, class Terms>
+HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const BlockOrder& order, const Terms& even,
+                            const Terms& odd) {
   using P = Pixels<A, D8>;
   const D8 d8;
-  const StepChroma<P> chroma = StepTerms<P>(job, x, order);
-  const typename P::Terms& even = chroma.even;
-  const typename P::Terms& odd = job.subsampled ? chroma.even : chroma.odd;
   for (uint32_t r = 0; r < job.rows; ++r) {
     const hn::Vec<D8> luma = order.Apply(hn::LoadU(d8, job.y[r] + x));
     if constexpr (F == ovkRgbFormat::kRgb565) {
@@ -362,6 +356,19 @@ HWY_INLINE void ConvertStep(const ovkYccRowJob& job, size_t x, const BlockOrder&
       const typename P::Channels c = P::Convert(luma, even, odd);
       StoreRgbaInBlockOrder(c.r, c.g, c.b, job.out[r] + x * 4);
     }
+  }
+}
+
+// One vector step of a row job at pixel x, which is even for subsampled rows.
+template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror>
+HWY_INLINE void ConvertStep(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
+  using P = Pixels<A, D8>;
+  if (job.subsampled) {
+    const typename P::Terms terms = SubsampledTerms<P>(job, x, order);
+    ConvertRows<A, F, kMirror>(job, x, order, terms, terms);
+  } else {
+    const PixelTerms<P> terms = FullTerms<P>(job, x, order);
+    ConvertRows<A, F, kMirror>(job, x, order, terms.even, terms.odd);
   }
 }
 
