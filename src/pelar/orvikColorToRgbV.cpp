@@ -40,6 +40,16 @@ struct ChromaTerms {
   ChromaTerm<DU> r, g, b;
 };
 
+constexpr bool Same(const ovkChromaWeights& a, const ovkChromaWeights& b) {
+  return a.cb == b.cb && a.cr == b.cr && a.offset == b.offset;
+}
+
+constexpr bool Same(const ovkYccArithmetic& a, const ovkYccArithmetic& b) {
+  return a.shift == b.shift && a.lumaWeight == b.lumaWeight && a.lumaFloor == b.lumaFloor &&
+         a.chromaScale == b.chromaScale && a.chromaCentre == b.chromaCentre && Same(a.r, b.r) && Same(a.g, b.g) &&
+         Same(a.b, b.b);
+}
+
 constexpr int TrailingZeros(int32_t v, int limit) {
   return limit == 0 || (v & 1) ? 0 : 1 + TrailingZeros(v >> 1, limit - 1);
 }
@@ -65,7 +75,7 @@ class Pixels {
 
   // Chroma samples 0..255 in 16-bit lanes.
   HWY_INLINE static Terms TermsOf(VU cb, VU cr) {
-    if constexpr (&A == &kOvkVideoRangeQ10) return VideoRangeQ10TermsOf(cb, cr);
+    if constexpr (Same(A, kOvkVideoRangeQ10)) return VideoRangeQ10TermsOf(cb, cr);
     const VI u = Centred(cb), v = Centred(cr);
     return {ChannelTerm<A.r.cb, A.r.cr, A.r.offset>(u, v), ChannelTerm<A.g.cb, A.g.cr, A.g.offset>(u, v),
             ChannelTerm<A.b.cb, A.b.cr, A.b.offset>(u, v)};
