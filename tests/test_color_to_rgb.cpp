@@ -196,7 +196,7 @@ TEST(YccToRgbFamily, EveryMemberMatchesTheFormulaOnOddAndEvenShapes) {
 }
 
 // 444 planar frames whose columns run through every luma value and whose rows
-// walk a dense grid of chroma pairs.
+// walk a dense grid of chroma pairs, portable and vector.
 TEST(YccToRgbFamily, FullRangeOverDenseValues) {
   std::vector<int> chroma;
   for (int c = 0; c < 256; c += 5) chroma.push_back(c);
@@ -209,12 +209,15 @@ TEST(YccToRgbFamily, FullRangeOverDenseValues) {
       cb.at(x, row) = uint8_t(chroma[row / chroma.size()]);
       cr.at(x, row) = uint8_t(chroma[row % chroma.size()]);
     }
-  OutputImage dst(width, height, width * 3, Out::k888);
-  ovkColorYCbCr444PlanarToRGB888u8C(y.data(), cb.data(), cr.data(), width, height, width, width, width, dst.data(),
-                                    width * 3);
-  expectPixels(
-      dst, Out::k888, [&](uint32_t x, uint32_t row) { return fullRangeQ8(y.at(x, row), cb.at(x, row), cr.at(x, row)); },
-      "dense");
+  const auto check = [&](ovkColorYCbCr444PlanarToRGB888u8Fn kernel, const std::string& what) {
+    OutputImage dst(width, height, width * 3, Out::k888);
+    kernel(y.data(), cb.data(), cr.data(), width, height, width, width, width, dst.data(), width * 3);
+    expectPixels(
+        dst, Out::k888,
+        [&](uint32_t x, uint32_t row) { return fullRangeQ8(y.at(x, row), cb.at(x, row), cr.at(x, row)); }, what);
+  };
+  check(ovkColorYCbCr444PlanarToRGB888u8C, "portable");
+  forEachVectorTarget([&](const std::string& target) { check(ovkVectorColorYCbCr444PlanarToRGB888u8(), target); });
 }
 
 // One pixel of 444 planar input through the RGB888 or RGB565 kernel.
@@ -347,7 +350,7 @@ TEST(YccToRgbCamera, Rgb565AndRotationMatchTheFormula) {
     }
 }
 
-// Luma over every value, chroma rows and pairs over dense grids.
+// Every chroma pair, luma over every value, portable and vector.
 TEST(YccToRgbCamera, VideoRangesOverDenseValues) {
   const uint32_t width = 512, height = 512;
   std::mt19937 rng(1);
@@ -359,14 +362,21 @@ TEST(YccToRgbCamera, VideoRangesOverDenseValues) {
       frame.chroma(row)[x] = uint8_t(row);
       frame.chroma(row)[x + 1] = uint8_t(x / 2 + row * 3);
     }
-  OutputImage rgba(width, height, width * 4, Out::kA8888);
-  OutputImage rgb565(width, height, width * 2, Out::k565);
-  ovkColorYUV420toRGB8888u8C(frame.data(), width, height, width, width, rgba.data(), width * 4);
-  ovkColorYUV420toRGB565u8C(frame.data(), width, height, rgb565.data());
-  expectPixels(
-      rgba, Out::kA8888, [&](uint32_t x, uint32_t y) { return cameraRgba(frame, x, y); }, "rgba");
-  expectPixels(
-      rgb565, Out::k565, [&](uint32_t x, uint32_t y) { return camera565(frame, x, y); }, "565");
+  const auto check = [&](ovkColorYUV420toRGB8888u8Fn rgbaKernel, ovkColorYUV420toRGB565u8Fn kernel565,
+                         const std::string& what) {
+    OutputImage rgba(width, height, width * 4, Out::kA8888);
+    OutputImage rgb565(width, height, width * 2, Out::k565);
+    rgbaKernel(frame.data(), width, height, width, width, rgba.data(), width * 4);
+    kernel565(frame.data(), width, height, rgb565.data());
+    expectPixels(
+        rgba, Out::kA8888, [&](uint32_t x, uint32_t y) { return cameraRgba(frame, x, y); }, what + " rgba");
+    expectPixels(
+        rgb565, Out::k565, [&](uint32_t x, uint32_t y) { return camera565(frame, x, y); }, what + " 565");
+  };
+  check(ovkColorYUV420toRGB8888u8C, ovkColorYUV420toRGB565u8C, "portable");
+  forEachVectorTarget([&](const std::string& target) {
+    check(ovkVectorColorYUV420toRGB8888u8(), ovkVectorColorYUV420toRGB565u8(), target);
+  });
 }
 
 TEST(YccToRgbCamera, HandComputedCases) {

@@ -1,13 +1,15 @@
 // Vector YCbCr to RGB.  A vector of luma bytes is split into its even and odd
 // pixels in 16-bit lanes, so that lane i of both halves meets chroma sample i
-// of a subsampled row without any shuffling, and the channels are joined
-// back into pixel order by a shift and an or.  The fixed-point sums exceed 16
-// bits, so the chroma part c of a channel is carried exactly as q = c >> shift
-// and r = c & mask.  With lumaWeight = M 2^a (M odd or a = shift) and
-// p = shift - a, the channel is
-//   q + ((M L + (r >> a)) >> p),
-// which saturating 16-bit arithmetic computes already clamped below:
-//   ((M L + (r >> a) + (max(q, 0) << p)) -sat (max(-q, 0) << p)) >> p.
+// of a subsampled row without any shuffling; each channel ends in the high
+// byte of its lanes, and one blend of the two halves puts the bytes back in
+// pixel order.  The fixed-point sums exceed 16 bits; with
+// lumaWeight = M 2^a (M odd, or a = shift) and p = shift - a,
+//   (lumaWeight L + c) >> shift = (M L + (c >> a)) >> p,
+// since lumaWeight L is a multiple of 2^a.  c >> a is carried as a pair
+// (add, subtract) whose difference it is, both below 2^16, so that
+//   ((M L +sat add) -sat subtract) >> p
+// is already clamped at 0, and saturating doubling clamps it at 255 with the
+// byte in place (p = 7).  RGBA is stored by zips inside 16-byte blocks.
 // Rows shorter than a vector and the odd last column use the portable code.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "pelar/orvikColorToRgbV.cpp"
@@ -147,38 +149,18 @@ class Pixels {
             hn::And(remainder, hn::Set(DU(), uint16_t((1 << kShift) - 1)))};
   }
 
-  // Weights of zero cost nothing.  Without an offset, c >> a is formed
-  // directly from the products (its sign from theirs) and split into the
-  // saturating pair; otherwise through the quotient and the remainder.
+  // c >> a as the pair (add, subtract): the quotient q = c >> shift and
+  // the remainder r give c >> a = (q << p) + (r >> a).  Weights of zero cost
+  // nothing.
   template <int32_t kCb, int32_t kCr, int32_t kOffset>
   HWY_INLINE static Term ChannelTerm(VI u, VI v) {
     static_assert(kCb != 0 || kCr != 0, "a channel without chroma");
-    constexpr int32_t kLargestCentred = 128 * A.chromaScale;
-    constexpr bool kSmallSum = ((kCb < 0 ? -kCb : kCb) + (kCr < 0 ? -kCr : kCr)) * kLargestCentred >> kA < 32768;
-    if constexpr (kOffset == 0 && (kCb == 0 || kCr == 0)) {
-      const VI x = kCb == 0 ? v : u;
-      const VI weight = hn::Set(DI(), int16_t(kCb == 0 ? kCr : kCb));
-      const VI high = hn::MulHigh(x, weight);
-      const VU low = hn::BitCast(DU(), hn::Mul(x, weight));
-      return Split(hn::Add(hn::BitCast(DU(), hn::ShiftLeft<16 - kA>(high)), hn::ShiftRight<kA>(low)),
-                   hn::BitCast(DU(), hn::ShiftRight<15>(high)));
-    } else if constexpr (kOffset == 0 && kSmallSum) {
-      const VI weightCb = hn::Set(DI(), int16_t(kCb)), weightCr = hn::Set(DI(), int16_t(kCr));
-      const VU lowCb = hn::BitCast(DU(), hn::Mul(u, weightCb)), lowCr = hn::BitCast(DU(), hn::Mul(v, weightCr));
-      const VI high = hn::Add(hn::MulHigh(u, weightCb), hn::MulHigh(v, weightCr));
-      const VU fraction = hn::Set(DU(), uint16_t((1 << kA) - 1));
-      const VU carry = hn::ShiftRight<kA>(hn::Add(hn::And(lowCb, fraction), hn::And(lowCr, fraction)));
-      const VU scaled = hn::Add(hn::Add(hn::BitCast(DU(), hn::ShiftLeft<16 - kA>(high)), carry),
-                                hn::Add(hn::ShiftRight<kA>(lowCb), hn::ShiftRight<kA>(lowCr)));
-      return Split(scaled, hn::BitCast(DU(), hn::ShiftRight<15>(hn::BitCast(DI(), scaled))));
-    } else {
-      Exact sum = kCb == 0 ? Product<kCr>(v) : kCr == 0 ? Product<kCb>(u) : Sum(Product<kCb>(u), Product<kCr>(v));
-      if constexpr (kOffset != 0) sum = Sum(sum, Constant<kOffset>());
-      const DI di;
-      const VU positive = hn::BitCast(DU(), hn::Max(sum.quotient, hn::Zero(di)));
-      const VU negative = hn::BitCast(DU(), hn::Max(hn::Neg(sum.quotient), hn::Zero(di)));
-      return {hn::Add(hn::ShiftRight<kA>(sum.remainder), hn::ShiftLeft<kP>(positive)), hn::ShiftLeft<kP>(negative)};
-    }
+    Exact sum = kCb == 0 ? Product<kCr>(v) : kCr == 0 ? Product<kCb>(u) : Sum(Product<kCb>(u), Product<kCr>(v));
+    if constexpr (kOffset != 0) sum = Sum(sum, Constant<kOffset>());
+    const DI di;
+    const VU positive = hn::BitCast(DU(), hn::Max(sum.quotient, hn::Zero(di)));
+    const VU negative = hn::BitCast(DU(), hn::Max(hn::Neg(sum.quotient), hn::Zero(di)));
+    return {hn::Add(hn::ShiftRight<kA>(sum.remainder), hn::ShiftLeft<kP>(positive)), hn::ShiftLeft<kP>(negative)};
   }
 
   // c >> a, known modulo 2^16, and all ones where it is negative.
