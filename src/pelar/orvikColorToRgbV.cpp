@@ -92,11 +92,44 @@ class Pixels {
     V8 r, g, b;
   };
   HWY_INLINE static Channels Convert(V8 luma, const Terms& even, const Terms& odd) {
+    return ConvertPrepared(luma, Prepare(even, odd));
+  }
+
+  // With a luma weight of one the channel is clamp(Y + (c >> shift)), which
+  // bytes add and subtract with saturation once c >> shift is split into its
+  // positive and negative part (each clamped to 255): the bytes of a step
+  // are prepared once for all its rows.
+  static constexpr bool kBytewise = kM == 1 && kP == 0 && A.lumaFloor == 0;
+  struct ChannelBytes {
+    V8 add, subtract;
+  };
+  struct PreparedBytes {
+    ChannelBytes r, g, b;
+  };
+  struct PreparedTerms {
+    Terms even, odd;
+  };
+
+  HWY_INLINE static auto Prepare(const Terms& even, const Terms& odd) {
+    if constexpr (kBytewise) {
+      return PreparedBytes{BytesOf(even.r, odd.r), BytesOf(even.g, odd.g), BytesOf(even.b, odd.b)};
+    } else {
+      return PreparedTerms{even, odd};
+    }
+  }
+
+  HWY_INLINE static Channels ConvertPrepared(V8 luma, const PreparedBytes& p) {
+    return {hn::SaturatedSub(hn::SaturatedAdd(luma, p.r.add), p.r.subtract),
+            hn::SaturatedSub(hn::SaturatedAdd(luma, p.g.add), p.g.subtract),
+            hn::SaturatedSub(hn::SaturatedAdd(luma, p.b.add), p.b.subtract)};
+  }
+
+  HWY_INLINE static Channels ConvertPrepared(V8 luma, const PreparedTerms& p) {
     VU lumaEven, lumaOdd;
     WeightedLuma(luma, lumaEven, lumaOdd);
-    return {Join(Channel(lumaEven, even.r), Channel(lumaOdd, odd.r)),
-            Join(Channel(lumaEven, even.g), Channel(lumaOdd, odd.g)),
-            Join(Channel(lumaEven, even.b), Channel(lumaOdd, odd.b))};
+    return {Join(Channel(lumaEven, p.even.r), Channel(lumaOdd, p.odd.r)),
+            Join(Channel(lumaEven, p.even.g), Channel(lumaOdd, p.odd.g)),
+            Join(Channel(lumaEven, p.even.b), Channel(lumaOdd, p.odd.b))};
   }
 
   // RGB565 words of the even and the odd pixels.
@@ -213,6 +246,19 @@ class Pixels {
     const VU sum = hn::SaturatedSub(hn::SaturatedAdd(weightedLuma, term.add), term.subtract);
     if constexpr (kP == 7) return hn::SaturatedAdd(sum, sum);
     return hn::ShiftLeft<8>(hn::Min(hn::ShiftRight<kP>(sum), hn::Set(DU(), 255)));
+  }
+
+  // The positive and the negative part of add - subtract, each at most
+  // 255, as bytes in pixel order.
+  HWY_INLINE static ChannelBytes BytesOf(const Term& even, const Term& odd) {
+    const VU most = hn::Set(DU(), 255);
+    const auto inPixelOrder = [](VU evenPart, VU oddPart) {
+      return hn::BitCast(D8(), hn::Or(evenPart, hn::ShiftLeft<8>(oddPart)));
+    };
+    return {inPixelOrder(hn::Min(hn::SaturatedSub(even.add, even.subtract), most),
+                         hn::Min(hn::SaturatedSub(odd.add, odd.subtract), most)),
+            inPixelOrder(hn::Min(hn::SaturatedSub(even.subtract, even.add), most),
+                         hn::Min(hn::SaturatedSub(odd.subtract, odd.add), most))};
   }
 
   HWY_INLINE static V8 Join(VU even, VU odd) {
@@ -335,6 +381,7 @@ HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const BlockOrder&
                             const Terms& odd) {
   using P = Pixels<A, D8>;
   const D8 d8;
+  const auto prepared = P::Prepare(even, odd);
   for (uint32_t r = 0; r < job.rows; ++r) {
     const hn::Vec<D8> luma = order.Apply(hn::LoadU(d8, job.y[r] + x));
     if constexpr (F == ovkRgbFormat::kRgb565) {
@@ -342,10 +389,10 @@ HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const BlockOrder&
       P::Convert565(luma, even, odd, evenWords, oddWords);
       Store565<kMirror>(typename P::DU(), evenWords, oddWords, job.out[r], x, job.width);
     } else if constexpr (F == ovkRgbFormat::kRgb888) {
-      const typename P::Channels c = P::Convert(luma, even, odd);
+      const typename P::Channels c = P::ConvertPrepared(luma, prepared);
       hn::StoreInterleaved3(c.r, c.g, c.b, d8, job.out[r] + x * 3);
     } else {
-      const typename P::Channels c = P::Convert(luma, even, odd);
+      const typename P::Channels c = P::ConvertPrepared(luma, prepared);
       StoreRgbaInBlockOrder(c.r, c.g, c.b, job.out[r] + x * 4);
     }
   }
