@@ -106,8 +106,10 @@ class Pixels {
   struct PreparedBytes {
     ChannelBytes r, g, b;
   };
+  // Other weights need the terms themselves, which the step keeps.
   struct PreparedTerms {
-    Terms even, odd;
+    const Terms& even;
+    const Terms& odd;
   };
 
   HWY_INLINE static auto Prepare(const Terms& even, const Terms& odd) {
