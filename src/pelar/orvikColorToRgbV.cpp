@@ -208,13 +208,14 @@ class Pixels {
   // products, so that saturation at the top still clamps to 255.  R is
   // (k Cr >> 3) - 16 k, with k Cr >> 3 the high half of (Cr << 8)(k << 5).
   // G is (k (256 - Cr) >> 3) + (k' / 8)(256 - Cb) - 16 (k + k') for its
-  // weights -k of v and -k' of u, k' a multiple of 8.  B, with a bias too
+  // weights -k of v and -k' of u, k' a multiple of 8; the product by k' / 8
+  // is the high half of ((256 - Cb) << 7)((k' / 8) << 9).  B, with a bias too
   // large, is split by the sign of u: k u >> 3 = (k / 8) u + ((k % 8) u >> 3).
   HWY_INLINE static Terms VideoRangeQ10TermsOf(VU cb, VU cr) {
     static_assert(kA == 3 && A.chromaScale == 1 && A.chromaCentre == 128, "shift and chroma as assumed");
     static_assert(A.r.cb == 0 && A.r.offset == 0 && A.r.cr > 0 && (A.r.cr << 5) <= 65535, "R as assumed");
     static_assert(A.g.offset == 0 && A.g.cr < 0 && (-A.g.cr << 6) <= 65535 && A.g.cb < 0 && A.g.cb % 8 == 0 &&
-                      16 * -(A.g.cr + A.g.cb) <= 32768,
+                      (-A.g.cb / 8 << 9) <= 65535 && 16 * -(A.g.cr + A.g.cb) <= 32768,
                   "G as assumed");
     static_assert(A.b.cr == 0 && A.b.offset == 0 && A.b.cb > 0, "B as assumed");
     const DU du;
@@ -223,7 +224,7 @@ class Pixels {
     const Term r = {hn::MulHigh(hn::ShiftLeft<8>(cr), hn::Set(du, uint16_t(A.r.cr << 5))),
                     hn::Set(du, uint16_t(16 * A.r.cr))};
     const VU gFromCr = hn::MulHigh(hn::ShiftLeft<7>(hn::Sub(full, cr)), hn::Set(du, uint16_t(-A.g.cr << 6)));
-    const VU gFromCb = hn::Mul(hn::Sub(full, cb), hn::Set(du, uint16_t(-A.g.cb / 8)));
+    const VU gFromCb = hn::MulHigh(hn::ShiftLeft<7>(hn::Sub(full, cb)), hn::Set(du, uint16_t(-A.g.cb / 8 << 9)));
     const Term g = {hn::Add(gFromCr, gFromCb), hn::Set(du, uint16_t(16 * -(A.g.cr + A.g.cb)))};
     const VI u = hn::Sub(hn::BitCast(di, cb), hn::Set(di, 128));
     const VI scaled = hn::Add(hn::Mul(u, hn::Set(di, int16_t(A.b.cb / 8))),
