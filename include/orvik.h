@@ -276,50 +276,68 @@ OVK_API ovkStatusCode ovkFilterMedian3x3u8_v3(const uint8_t* src, uint32_t srcWi
  * ovkColorYCbCr422PseudoPlanarToRGB888u8 rejects it at the entry instead.
  */
 OVK_API void ovkColorYCbCr444PlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
-    uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCbStride, uint32_t srcCrStride,
-    uint8_t* dst, uint32_t dstStride);
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
 OVK_API void ovkColorYCbCr444PlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
-    uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCbStride, uint32_t srcCrStride,
-    uint8_t* dst, uint32_t dstStride);
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
 OVK_API void ovkColorYCbCr444PlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
-    uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCbStride, uint32_t srcCrStride,
-    uint8_t* dst, uint32_t dstStride);
+                                                uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                                uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                                uint32_t dstStride);
 OVK_API void ovkColorYCbCr422PlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
-    uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCbStride, uint32_t srcCrStride,
-    uint8_t* dst, uint32_t dstStride);
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
 OVK_API void ovkColorYCbCr422PlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
-    uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCbStride, uint32_t srcCrStride,
-    uint8_t* dst, uint32_t dstStride);
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
 OVK_API void ovkColorYCbCr422PlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
-    uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCbStride, uint32_t srcCrStride,
-    uint8_t* dst, uint32_t dstStride);
+                                                uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                                uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                                uint32_t dstStride);
 OVK_API void ovkColorYCbCr420PlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
-    uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCbStride, uint32_t srcCrStride,
-    uint8_t* dst, uint32_t dstStride);
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
 OVK_API void ovkColorYCbCr420PlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
-    uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCbStride, uint32_t srcCrStride,
-    uint8_t* dst, uint32_t dstStride);
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
 OVK_API void ovkColorYCbCr420PlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
-    uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCbStride, uint32_t srcCrStride,
-    uint8_t* dst, uint32_t dstStride);
+                                                uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                                uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                                uint32_t dstStride);
 OVK_API void ovkColorYCbCr444PseudoPlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
-    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst, uint32_t dstStride);
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
 OVK_API void ovkColorYCbCr444PseudoPlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
-    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst, uint32_t dstStride);
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
 OVK_API void ovkColorYCbCr444PseudoPlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
-    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst, uint32_t dstStride);
+                                                      uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                      uint8_t* dst, uint32_t dstStride);
 OVK_API void ovkColorYCbCr422PseudoPlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
-    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst, uint32_t dstStride);
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
 OVK_API void ovkColorYCbCr422PseudoPlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
-    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst, uint32_t dstStride);
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
 OVK_API void ovkColorYCbCr422PseudoPlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
-    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst, uint32_t dstStride);
+                                                      uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                      uint8_t* dst, uint32_t dstStride);
 OVK_API void ovkColorYCbCr420PseudoPlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
-    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst, uint32_t dstStride);
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
 OVK_API void ovkColorYCbCr420PseudoPlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
-    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst, uint32_t dstStride);
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
 OVK_API void ovkColorYCbCr420PseudoPlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
-    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst, uint32_t dstStride);
+                                                      uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                      uint8_t* dst, uint32_t dstStride);
 
 /*
  * Camera frames to RGBA8888 (alpha 255): a luma plane followed by a plane of
@@ -410,14 +428,13 @@ typedef ovkBoxFilter3x3u8Fn ovkFilterMedian3x3u8Fn;
 typedef ovkFilterGaussian3x3u8_v3Fn ovkFilterMedian3x3u8_v3Fn;
 
 /* Kernel types of the YCbCr to RGB conversions. */
-typedef void (*ovkColorYCbCr444PlanarToRGB565u8Fn)(const uint8_t* srcY, const uint8_t* srcCb,
-                                                   const uint8_t* srcCr, uint32_t srcWidth, uint32_t srcHeight,
-                                                   uint32_t srcYStride, uint32_t srcCbStride,
-                                                   uint32_t srcCrStride, uint8_t* dst, uint32_t dstStride);
-typedef void (*ovkColorYCbCr444PseudoPlanarToRGB565u8Fn)(const uint8_t* srcY, const uint8_t* srcC,
-                                                         uint32_t srcWidth, uint32_t srcHeight,
-                                                         uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst,
-                                                         uint32_t dstStride);
+typedef void (*ovkColorYCbCr444PlanarToRGB565u8Fn)(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                                   uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                                   uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                                   uint32_t dstStride);
+typedef void (*ovkColorYCbCr444PseudoPlanarToRGB565u8Fn)(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                         uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                         uint8_t* dst, uint32_t dstStride);
 typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr444PlanarToRGB888u8Fn;
 typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr444PlanarToRGBA8888u8Fn;
 typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr422PlanarToRGB565u8Fn;
@@ -434,9 +451,9 @@ typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr422PseudoPlanarToR
 typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr420PseudoPlanarToRGB565u8Fn;
 typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr420PseudoPlanarToRGB888u8Fn;
 typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr420PseudoPlanarToRGBA8888u8Fn;
-typedef void (*ovkColorYCrCb420PseudoPlanarToRGB8888u8Fn)(const uint8_t* src, uint32_t srcWidth,
-                                                          uint32_t srcHeight, uint32_t srcYStride,
-                                                          uint32_t srcCStride, uint8_t* dst, uint32_t dstStride);
+typedef void (*ovkColorYCrCb420PseudoPlanarToRGB8888u8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                          uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst,
+                                                          uint32_t dstStride);
 /* Runs the routine above with packed strides. */
 typedef ovkColorYCrCb420PseudoPlanarToRGB8888u8Fn ovkColorYUV420toRGB8888u8Fn;
 typedef void (*ovkColorYUV420toRGB565u8Fn)(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
