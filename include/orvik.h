@@ -360,6 +360,132 @@ OVK_API void ovkFilterCannyu8(const uint8_t* src, uint32_t srcWidth, uint32_t sr
 
 /* Luma/chroma planes to packed RGB565, RGB888 or RGBA8888. */
 
+/*
+ * The planar and pseudo-planar family.  Planar inputs have Y, Cb and Cr
+ * planes; pseudo-planar ones a Y plane and one plane of Cb, Cr pairs (Cb
+ * first).  444 has a chroma sample per pixel (a pseudo-planar row of
+ * 2 x width bytes), 422 one per two columns, 420 one per 2x2 block (planar
+ * chroma rows of (width + 1) / 2 bytes, pseudo-planar ones of width bytes).
+ * Per pixel, with u = Cb - 128 and v = Cr - 128, each channel clamped to
+ * 0..255: R = (256 Y + 128 + 359 v) >> 8, G = (256 Y + 128 - 88 u - 183 v) >> 8,
+ * B = (256 Y + 128 + 454 u) >> 8.  RGB565 is a little-endian word of
+ * R >> 3 (bits 0-4), G >> 2 (bits 5-10) and B >> 3 (bits 11-15); RGBA8888
+ * has alpha 255.  Strides are in bytes; 0 means the minimal stride: width
+ * for Y, the chroma row size above, width x 2, 3 or 4 for the output.
+ * An odd width converts its last column with the chroma of its own pair; a
+ * pseudo-planar row holds only the Cb of that pair, its Cr is read from the
+ * byte after the row, except on the last chroma row, where it is taken as
+ * 128.  An odd 420 height converts its last row with the last chroma row.
+ * The 422 and 420 members end the process on a width of 1 ("length > 1");
+ * ovkColorYCbCr422PseudoPlanarToRGB888u8 rejects it at the entry instead.
+ */
+OVK_API void ovkColorYCbCr444PlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
+OVK_API void ovkColorYCbCr444PlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
+OVK_API void ovkColorYCbCr444PlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                                uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                                uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                                uint32_t dstStride);
+OVK_API void ovkColorYCbCr422PlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
+OVK_API void ovkColorYCbCr422PlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
+OVK_API void ovkColorYCbCr422PlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                                uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                                uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                                uint32_t dstStride);
+OVK_API void ovkColorYCbCr420PlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
+OVK_API void ovkColorYCbCr420PlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                              uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                              uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                              uint32_t dstStride);
+OVK_API void ovkColorYCbCr420PlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                                uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                                uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                                uint32_t dstStride);
+OVK_API void ovkColorYCbCr444PseudoPlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
+OVK_API void ovkColorYCbCr444PseudoPlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
+OVK_API void ovkColorYCbCr444PseudoPlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                      uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                      uint8_t* dst, uint32_t dstStride);
+OVK_API void ovkColorYCbCr422PseudoPlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
+OVK_API void ovkColorYCbCr422PseudoPlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
+OVK_API void ovkColorYCbCr422PseudoPlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                      uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                      uint8_t* dst, uint32_t dstStride);
+OVK_API void ovkColorYCbCr420PseudoPlanarToRGB565u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
+OVK_API void ovkColorYCbCr420PseudoPlanarToRGB888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                    uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                    uint8_t* dst, uint32_t dstStride);
+OVK_API void ovkColorYCbCr420PseudoPlanarToRGBA8888u8(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                      uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                      uint8_t* dst, uint32_t dstStride);
+
+/*
+ * Camera frames to RGBA8888 (alpha 255): a luma plane followed by a plane of
+ * Cr, Cb pairs (Cr first) at src + srcYStride x srcHeight, one pair per 2x2
+ * block.  Per pixel, with y = max(Y - 16, 0) x 1192, u = Cb - 128 and
+ * v = Cr - 128: R = y + 1634 v, G = y - 833 v - 400 u, B = y + 2066 u, each
+ * clamped to 0..262143 and shifted right by 10.  ovkColorYUV420toRGB8888u8
+ * is the same with both source strides width and an output stride of
+ * width x 4.  Odd widths and heights follow the 420 rule above, the byte past
+ * the last chroma row (here the Cb) being taken as 128.
+ */
+OVK_API void ovkColorYCrCb420PseudoPlanarToRGB8888u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                     uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst,
+                                                     uint32_t dstStride);
+OVK_API void ovkColorYUV420toRGB8888u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+
+/*
+ * Camera frames to RGB565: a packed luma plane followed at src + width x height
+ * by a plane of Cb, Cr pairs (stride width), one pair per 2x2 block.  With
+ * y = 298 Y - 4768, u = Cb - 128 and v = Cr - 128: R = (y + 409 v) >> 8,
+ * G = (y - 100 u - 208 v) >> 8, B = (y + 517 u) >> 8, clamped to 0..255.
+ * Output stride width x 2.  Rotate180 writes source pixel (x, y) to
+ * (width - 1 - x, height - 1 - y).  The width is expected to be even; an odd
+ * one converts its last column alone (Cr past the last chroma row taken as
+ * 128); odd heights follow the 420 rule above.
+ */
+OVK_API void ovkColorYUV420toRGB565u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+OVK_API void ovkColorYUV420toRGB565u8Rotate180(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+
+/*
+ * Block-ordered data to packed RGB888 (stride width x 3).  src holds units
+ * in raster order, each its 8x8 luma blocks (left to right, then top to
+ * bottom), one 8x8 Cb and one 8x8 Cr block: H1V1 units are 8x8 pixels,
+ * H2V1 16x8, H1V2 8x16 and H2V2 16x16, chroma subsampled by 2 along each
+ * doubled side.  With cb = 2 Cb - 255 and cr = 2 Cr - 255:
+ * R = Y + ((22970 cr + 16384) >> 15), G = Y + ((-5638 cb - 11700 cr + 16384) >> 15),
+ * B = Y + ((29032 cb + 16384) >> 15), clamped to 0..255.  Units at the
+ * right and bottom edges convert only the pixels inside the image.
+ */
+OVK_API void ovkColorYCrCbH1V1toRGB888u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+OVK_API void ovkColorYCrCbH2V1toRGB888u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+OVK_API void ovkColorYCrCbH1V2toRGB888u8(const uint8_t* ysrc, uint32_t width, uint32_t height, uint8_t* dst);
+OVK_API void ovkColorYCrCbH2V2toRGB888u8(const uint8_t* y_src, uint32_t width, uint32_t height, uint8_t* dst);
+
 /* ---- Colour conversion: RGB to YCbCr and gray ---------------------------------- */
 
 /* Packed RGB565, RGB888 or RGBA8888 to luma/chroma planes, or to gray. */
@@ -528,6 +654,40 @@ typedef ovkBoxFilter3x3u8Fn ovkFilterMedian3x3u8Fn;
 typedef ovkFilterGaussian3x3u8_v3Fn ovkFilterMedian3x3u8_v3Fn;
 
 /* Kernel types of the YCbCr to RGB conversions. */
+typedef void (*ovkColorYCbCr444PlanarToRGB565u8Fn)(const uint8_t* srcY, const uint8_t* srcCb, const uint8_t* srcCr,
+                                                   uint32_t srcWidth, uint32_t srcHeight, uint32_t srcYStride,
+                                                   uint32_t srcCbStride, uint32_t srcCrStride, uint8_t* dst,
+                                                   uint32_t dstStride);
+typedef void (*ovkColorYCbCr444PseudoPlanarToRGB565u8Fn)(const uint8_t* srcY, const uint8_t* srcC, uint32_t srcWidth,
+                                                         uint32_t srcHeight, uint32_t srcYStride, uint32_t srcCStride,
+                                                         uint8_t* dst, uint32_t dstStride);
+typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr444PlanarToRGB888u8Fn;
+typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr444PlanarToRGBA8888u8Fn;
+typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr422PlanarToRGB565u8Fn;
+typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr422PlanarToRGB888u8Fn;
+typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr422PlanarToRGBA8888u8Fn;
+typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr420PlanarToRGB565u8Fn;
+typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr420PlanarToRGB888u8Fn;
+typedef ovkColorYCbCr444PlanarToRGB565u8Fn ovkColorYCbCr420PlanarToRGBA8888u8Fn;
+typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr444PseudoPlanarToRGB888u8Fn;
+typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr444PseudoPlanarToRGBA8888u8Fn;
+typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr422PseudoPlanarToRGB565u8Fn;
+typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr422PseudoPlanarToRGB888u8Fn;
+typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr422PseudoPlanarToRGBA8888u8Fn;
+typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr420PseudoPlanarToRGB565u8Fn;
+typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr420PseudoPlanarToRGB888u8Fn;
+typedef ovkColorYCbCr444PseudoPlanarToRGB565u8Fn ovkColorYCbCr420PseudoPlanarToRGBA8888u8Fn;
+typedef void (*ovkColorYCrCb420PseudoPlanarToRGB8888u8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                          uint32_t srcYStride, uint32_t srcCStride, uint8_t* dst,
+                                                          uint32_t dstStride);
+/* Runs the routine above with packed strides. */
+typedef ovkColorYCrCb420PseudoPlanarToRGB8888u8Fn ovkColorYUV420toRGB8888u8Fn;
+typedef void (*ovkColorYUV420toRGB565u8Fn)(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+typedef ovkColorYUV420toRGB565u8Fn ovkColorYUV420toRGB565u8Rotate180Fn;
+typedef ovkColorYUV420toRGB565u8Fn ovkColorYCrCbH1V1toRGB888u8Fn;
+typedef ovkColorYUV420toRGB565u8Fn ovkColorYCrCbH2V1toRGB888u8Fn;
+typedef ovkColorYUV420toRGB565u8Fn ovkColorYCrCbH1V2toRGB888u8Fn;
+typedef ovkColorYUV420toRGB565u8Fn ovkColorYCrCbH2V2toRGB888u8Fn;
 
 /* Kernel types of the RGB to YCbCr and gray conversions, and of their row
  * kernels (the inner-kernel slots). */

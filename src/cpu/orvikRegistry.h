@@ -87,7 +87,33 @@
   X(447, FilterMedian3x3u8_v3, V, OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD)
 
 // Colour conversion, YCbCr to RGB.
-#define OVK_YCBCR_TO_RGB_GROUPS(X)
+#define OVK_YCBCR_TO_RGB_GROUPS(X) \
+  X(111, ColorYCbCr420PlanarToRGB565u8, V, OVK_BACKENDS_NONE) \
+  X(112, ColorYCbCr420PlanarToRGB888u8, V, OVK_BACKENDS_NONE) \
+  X(113, ColorYCbCr420PlanarToRGBA8888u8, V, OVK_BACKENDS_NONE) \
+  X(114, ColorYCbCr420PseudoPlanarToRGB565u8, V, OVK_BACKENDS_NONE) \
+  X(115, ColorYCbCr420PseudoPlanarToRGB888u8, V, OVK_BACKENDS_NONE) \
+  X(116, ColorYCbCr420PseudoPlanarToRGBA8888u8, V, OVK_BACKENDS_NONE) \
+  X(117, ColorYCbCr422PlanarToRGB565u8, V, OVK_BACKENDS_NONE) \
+  X(118, ColorYCbCr422PlanarToRGB888u8, V, OVK_BACKENDS_NONE) \
+  X(119, ColorYCbCr422PlanarToRGBA8888u8, V, OVK_BACKENDS_NONE) \
+  X(120, ColorYCbCr422PseudoPlanarToRGB565u8, V, OVK_BACKENDS_NONE) \
+  X(121, ColorYCbCr422PseudoPlanarToRGB888u8, V, OVK_BACKENDS_NONE) \
+  X(122, ColorYCbCr422PseudoPlanarToRGBA8888u8, V, OVK_BACKENDS_NONE) \
+  X(123, ColorYCbCr444PlanarToRGB565u8, V, OVK_BACKENDS_NONE) \
+  X(124, ColorYCbCr444PlanarToRGB888u8, V, OVK_BACKENDS_NONE) \
+  X(125, ColorYCbCr444PlanarToRGBA8888u8, V, OVK_BACKENDS_NONE) \
+  X(126, ColorYCbCr444PseudoPlanarToRGB565u8, V, OVK_BACKENDS_NONE) \
+  X(127, ColorYCbCr444PseudoPlanarToRGB888u8, V, OVK_BACKENDS_NONE) \
+  X(128, ColorYCbCr444PseudoPlanarToRGBA8888u8, V, OVK_BACKENDS_NONE) \
+  X(129, ColorYCrCb420PseudoPlanarToRGB8888u8, V, OVK_BACKENDS_NONE) \
+  X(130, ColorYCrCbH1V1toRGB888u8, V, OVK_BACKENDS_NONE) \
+  X(131, ColorYCrCbH1V2toRGB888u8, V, OVK_BACKENDS_NONE) \
+  X(132, ColorYCrCbH2V1toRGB888u8, V, OVK_BACKENDS_NONE) \
+  X(133, ColorYCrCbH2V2toRGB888u8, V, OVK_BACKENDS_NONE) \
+  X(134, ColorYUV420toRGB565u8, V, OVK_BACKENDS_NONE) \
+  X(135, ColorYUV420toRGB565u8Rotate180, V, OVK_BACKENDS_NONE) \
+  X(136, ColorYUV420toRGB8888u8, V, OVK_DSP_ANY_MODE)
 
 // Colour conversion, RGB to YCbCr and gray.
 #define OVK_RGB_TO_YCBCR_GROUPS(X) \
@@ -144,7 +170,43 @@
   X(FilterMedian3x3u8_v2, FilterMedian3x3u8, FilterMedian3x3u8, R)       \
   X(FilterMedian3x3u8_v3, FilterMedian3x3u8_v3, FilterMedian3x3u8_v3, R)
 
-#define OVK_YCBCR_TO_RGB_ENTRIES(X)
+#define OVK_YCBCR_TO_RGB_ENTRIES(X) \
+  X(ColorYCbCr420PlanarToRGB565u8, ColorYCbCr420PlanarToRGB565u8, ColorYCbCr420PlanarToRGB565u8, N) \
+  X(ColorYCbCr420PlanarToRGB888u8, ColorYCbCr420PlanarToRGB888u8, ColorYCbCr420PlanarToRGB888u8, N) \
+  X(ColorYCbCr420PlanarToRGBA8888u8, ColorYCbCr420PlanarToRGBA8888u8, ColorYCbCr420PlanarToRGBA8888u8, N) \
+  X(ColorYCbCr420PseudoPlanarToRGB565u8, ColorYCbCr420PseudoPlanarToRGB565u8, \
+    ColorYCbCr420PseudoPlanarToRGB565u8, N) \
+  X(ColorYCbCr420PseudoPlanarToRGB888u8, ColorYCbCr420PseudoPlanarToRGB888u8, \
+    ColorYCbCr420PseudoPlanarToRGB888u8, N) \
+  X(ColorYCbCr420PseudoPlanarToRGBA8888u8, ColorYCbCr420PseudoPlanarToRGBA8888u8, \
+    ColorYCbCr420PseudoPlanarToRGBA8888u8, N) \
+  X(ColorYCbCr422PlanarToRGB565u8, ColorYCbCr422PlanarToRGB565u8, ColorYCbCr422PlanarToRGB565u8, N) \
+  X(ColorYCbCr422PlanarToRGB888u8, ColorYCbCr422PlanarToRGB888u8, ColorYCbCr422PlanarToRGB888u8, N) \
+  X(ColorYCbCr422PlanarToRGBA8888u8, ColorYCbCr422PlanarToRGBA8888u8, ColorYCbCr422PlanarToRGBA8888u8, N) \
+  X(ColorYCbCr422PseudoPlanarToRGB565u8, ColorYCbCr422PseudoPlanarToRGB565u8, \
+    ColorYCbCr422PseudoPlanarToRGB565u8, N) \
+  X(ColorYCbCr422PseudoPlanarToRGB888u8, ColorYCbCr422PseudoPlanarToRGB888u8, \
+    ColorYCbCr422PseudoPlanarToRGB888u8, N) \
+  X(ColorYCbCr422PseudoPlanarToRGBA8888u8, ColorYCbCr422PseudoPlanarToRGBA8888u8, \
+    ColorYCbCr422PseudoPlanarToRGBA8888u8, N) \
+  X(ColorYCbCr444PlanarToRGB565u8, ColorYCbCr444PlanarToRGB565u8, ColorYCbCr444PlanarToRGB565u8, N) \
+  X(ColorYCbCr444PlanarToRGB888u8, ColorYCbCr444PlanarToRGB888u8, ColorYCbCr444PlanarToRGB888u8, N) \
+  X(ColorYCbCr444PlanarToRGBA8888u8, ColorYCbCr444PlanarToRGBA8888u8, ColorYCbCr444PlanarToRGBA8888u8, N) \
+  X(ColorYCbCr444PseudoPlanarToRGB565u8, ColorYCbCr444PseudoPlanarToRGB565u8, \
+    ColorYCbCr444PseudoPlanarToRGB565u8, N) \
+  X(ColorYCbCr444PseudoPlanarToRGB888u8, ColorYCbCr444PseudoPlanarToRGB888u8, \
+    ColorYCbCr444PseudoPlanarToRGB888u8, N) \
+  X(ColorYCbCr444PseudoPlanarToRGBA8888u8, ColorYCbCr444PseudoPlanarToRGBA8888u8, \
+    ColorYCbCr444PseudoPlanarToRGBA8888u8, N) \
+  X(ColorYCrCb420PseudoPlanarToRGB8888u8, ColorYCrCb420PseudoPlanarToRGB8888u8, \
+    ColorYCrCb420PseudoPlanarToRGB8888u8, N) \
+  X(ColorYCrCbH1V1toRGB888u8, ColorYCrCbH1V1toRGB888u8, ColorYCrCbH1V1toRGB888u8, N) \
+  X(ColorYCrCbH1V2toRGB888u8, ColorYCrCbH1V2toRGB888u8, ColorYCrCbH1V2toRGB888u8, N) \
+  X(ColorYCrCbH2V1toRGB888u8, ColorYCrCbH2V1toRGB888u8, ColorYCrCbH2V1toRGB888u8, N) \
+  X(ColorYCrCbH2V2toRGB888u8, ColorYCrCbH2V2toRGB888u8, ColorYCrCbH2V2toRGB888u8, N) \
+  X(ColorYUV420toRGB565u8, ColorYUV420toRGB565u8, ColorYUV420toRGB565u8, N) \
+  X(ColorYUV420toRGB565u8Rotate180, ColorYUV420toRGB565u8Rotate180, ColorYUV420toRGB565u8Rotate180, N) \
+  X(ColorYUV420toRGB8888u8, ColorYUV420toRGB8888u8, ColorYUV420toRGB8888u8, R)
 
 #define OVK_RGB_TO_YCBCR_ENTRIES(X) \
   X(ColorRGB565ToYCbCr420Planaru8, ColorRGB565ToYCbCr420Planaru8, ColorRGB565ToYCbCr420Planaru8, N) \
