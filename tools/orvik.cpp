@@ -1,7 +1,9 @@
-// The orvik command: what the library runs on this machine (`info`) and its
-// filters applied to PNG files (`run`).
+// The orvik command: what the library runs on this machine (`info`), its
+// filters applied to PNG files (`run`) and PNG to raw YCbCr frames and back
+// (`convert`).
 #include <inttypes.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include <algorithm>
@@ -12,45 +14,15 @@
 #include <vector>
 
 #include "cpu/orvikTable.h"
+#include "orvikCommand.h"
+#include "orvikConvert.h"
 #include "orvikPng.h"
 
 namespace {
 
-constexpr int kExitFailure = 1;
-constexpr int kExitUsage = 2;
-constexpr uint32_t kMode = ORVIK_OP_CPU_PERFORMANCE;
-
-// Ends the command with a message and an exit status.
-struct CommandError {
-  int exitCode;
-  std::string message;
-};
-
-// ---- Which implementation runs -----------------------------------------------
-
-const ovkEntryInfo& findEntry(const char* name) {
-  for (uint32_t i = 0; i < ovkEntryCount; ++i)
-    if (strcmp(ovkEntryList[i].name, name) == 0) return ovkEntryList[i];
-  throw CommandError{kExitFailure, std::string(name) + " is not in the operation registry"};
-}
-
-// The Highway target only matters when the vector implementation runs.
-std::string implementationOf(const ovkEntryInfo& entry) {
-  const uint32_t impl = ovkImplTable[entry.selector];
-  std::string report = ovkImplChar[impl];
-  if (impl == OVK_IMPL_PELAR) report += std::string(" (") + ovkPelarTargetName() + ")";
-  return report;
-}
-
 const char* modeName(uint32_t mode) {
   static const char* const kNames[] = {"low power", "performance", "CPU offload", "CPU performance"};
   return mode < sizeof kNames / sizeof kNames[0] ? kNames[mode] : "extended";
-}
-
-int32_t setMode() {
-  const int32_t status = ovkSetOperationMode(kMode);
-  if (status != 0) fprintf(stderr, "orvik: ovkSetOperationMode(%u) returned %d\n", kMode, status);
-  return status;
 }
 
 // ---- orvik info ----------------------------------------------------------------
@@ -61,8 +33,9 @@ struct HardwareBit {
 };
 
 const HardwareBit kHardwareBits[] = {
-    {1, "probe done"},          {2, "vector unit"},              {3, "DSP ready"},       {5, "GPU ready"},
-    {7, "floating-point unit"}, {8, "architecture v7 or later"}, {11, "supported board"},
+    {1, "probe done"},       {2, "vector unit"},         {3, "DSP ready"},
+    {5, "GPU ready"},        {7, "floating-point unit"}, {8, "architecture v7 or later"},
+    {11, "supported board"},
 };
 
 const char* hardwareBitMeaning(unsigned bit) {
@@ -73,7 +46,7 @@ const char* hardwareBitMeaning(unsigned bit) {
 
 // The documented bits are in the low word of the report.
 void printHardwareReport() {
-  const uint64_t report = ovkAvailableHardware(kMode);
+  const uint64_t report = ovkAvailableHardware(kCommandMode);
   printf("hardware report: 0x%016" PRIx64 "\n", report);
   for (unsigned bit = 0; bit < 32; ++bit)
     if ((report >> bit) & 1) printf("  bit %2u  %s\n", bit, hardwareBitMeaning(bit));
@@ -84,7 +57,16 @@ void printOperations() {
   for (uint32_t i = 0; i < ovkEntryCount; ++i) nameWidth = std::max(nameWidth, strlen(ovkEntryList[i].name));
   printf("operations (implementation that runs):\n");
   for (uint32_t i = 0; i < ovkEntryCount; ++i)
-    printf("  %-*s  %s\n", int(nameWidth), ovkEntryList[i].name, implementationOf(ovkEntryList[i]).c_str());
+    printf("  %-*s  %s\n", int(nameWidth), ovkEntryList[i].name, implementationOf(ovkEntryList[i].name).c_str());
+}
+
+// The RGB to YCbCr operations run portable outer loops over these rows.
+void printRowKernels() {
+  const std::string vector = std::string("PELAR (") + ovkPelarTargetName() + ")";
+  printf("row kernels of the RGB to YCbCr operations:\n");
+#define OVK_X(stem, Fn) printf("  %-16s %s\n", #stem "_", stem##_ == stem##C ? "CPU" : vector.c_str());
+  OVK_INNER_KERNELS(OVK_X)
+#undef OVK_X
 }
 
 int runInfo() {
@@ -95,6 +77,8 @@ int runInfo() {
   printf("operation mode: %u (%s)\n", mode_globalVar, modeName(mode_globalVar));
   printHardwareReport();
   printOperations();
+  printRowKernels();
+  printConversions(stdout);
   return status == 0 ? 0 : kExitFailure;
 }
 
@@ -104,7 +88,7 @@ using OptionValues = std::map<std::string, std::string>;  // option name -> valu
 
 struct FilterOption {
   std::string name;  // given as --name VALUE or --name=VALUE
-  std::vector<std::string> values;
+  std::vector<std::string> values;  // none: any integer
   std::string defaultValue;
   const char* help;
 };
@@ -121,14 +105,12 @@ struct FilterCommand {
   std::vector<FilterOption> options;
 };
 
-void gaussian3x3Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
-                      const OptionValues& options) {
+void gaussian3x3Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, const OptionValues& options) {
   const int32_t blurBorder = options.at("border") == "blur" ? 1 : 0;
   ovkFilterGaussian3x3u8_v2(src, width, height, 0, dst, 0, blurBorder);
 }
 
-void gaussian5x5Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
-                      const OptionValues& options) {
+void gaussian5x5Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, const OptionValues& options) {
   const int32_t blurBorder = options.at("border") == "blur" ? 1 : 0;
   ovkFilterGaussian5x5u8_v2(src, width, height, 0, dst, 0, blurBorder);
 }
@@ -144,7 +126,7 @@ constexpr uint8_t kConstantBorderValue = 128;
 
 ovkBorderType borderTypeOf(const OptionValues& options) {
   const std::string& border = options.at("border");
-  return border == "replicate" ? ORVIK_BORDER_REPLICATE
+  return border == "replicate"  ? ORVIK_BORDER_REPLICATE
          : border == "constant" ? ORVIK_BORDER_CONSTANT
                                 : ORVIK_BORDER_UNDEFINED;
 }
@@ -162,11 +144,35 @@ void box11x11Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t*
   ovkBoxFilter11x11u8(src, width, height, width, dst, width);
 }
 
-void median3x3Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
-                    const OptionValues& options) {
+void median3x3Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, const OptionValues& options) {
   ovkFilterMedian3x3u8_v3(src, width, height, 0, dst, 0, borderTypeOf(options), kConstantBorderValue);
 }
 
+// Gradient outputs start black, so the untouched outermost rows and
+// columns read as "no edge".
+void sobelPlane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, const OptionValues&) {
+  memset(dst, 0, size_t(width) * height);
+  ovkFilterSobel3x3u8_v2(src, width, height, 0, dst, 0);
+}
+
+// |dx| + |dy| of the Scharr gradients (up to 8160) over 16, saturated.
+void scharrPlane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, const OptionValues&) {
+  memset(dst, 0, size_t(width) * height);
+  if (width < 3 || height < 3) return;
+  std::vector<int16_t> gradients(size_t(width - 2) * (height - 2) * 2);
+  ovkImageGradientScharrInterleaveds16(src, width, height, 0, gradients.data(), 0);
+  for (uint32_t y = 1; y + 1 < height; ++y)
+    for (uint32_t x = 1; x + 1 < width; ++x) {
+      const int16_t* pair = &gradients[(size_t(y - 1) * (width - 2) + (x - 1)) * 2];
+      dst[size_t(y) * width + x] = uint8_t(std::min((abs(pair[0]) + abs(pair[1])) >> 4, 255));
+    }
+}
+
+void cannyPlane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, const OptionValues& options) {
+  ovkFilterCanny3x3u8_v2(src, width, height, 0, dst, 0, std::stoi(options.at("low")), std::stoi(options.at("high")));
+}
+
+// clang-format off
 const FilterCommand kFilters[] = {
     {"gaussian3x3", "ovkFilterGaussian3x3u8_v2", gaussian3x3Plane,
      {{"border", {"none", "blur"}, "blur", "blur: edge pixels from their taps inside the image; none: keep them"}}},
@@ -185,12 +191,26 @@ const FilterCommand kFilters[] = {
     {"median3x3", "ovkFilterMedian3x3u8_v3", median3x3Plane,
      {{"border", {"none", "constant", "replicate"}, "replicate",
        "none: keep the edge pixels; constant: missing taps read mid-grey; replicate: the nearest edge pixel"}}},
+    {"sobel", "ovkFilterSobel3x3u8_v2", sobelPlane, {}},
+    {"scharr", "ovkImageGradientScharrInterleaveds16", scharrPlane, {}},
+    {"canny", "ovkFilterCanny3x3u8_v2", cannyPlane,
+     {{"low", {}, "100", "weak edges: L1 Sobel magnitude (0..2040) above this"},
+      {"high", {}, "250", "strong edges: magnitude above this; weak ones touching them join"}}},
 };
+// clang-format on
 
 std::string joined(const std::vector<std::string>& values) {
   std::string text;
   for (const std::string& value : values) text += (text.empty() ? "" : "|") + value;
   return text;
+}
+
+bool isInteger(const std::string& text) {
+  size_t digits = text.size() > 1 && text[0] == '-' ? 1 : 0;
+  if (digits == text.size() || text.size() - digits > 6) return false;
+  for (; digits < text.size(); ++digits)
+    if (!isdigit(static_cast<unsigned char>(text[digits]))) return false;
+  return true;
 }
 
 const FilterCommand& findFilter(const std::string& name) {
@@ -205,11 +225,13 @@ const FilterOption& findOption(const FilterCommand& filter, const std::string& n
   throw CommandError{kExitUsage, filter.name + " has no option --" + name};
 }
 
-void setOption(const FilterCommand& filter, const std::string& name, const std::string& value,
-               OptionValues& options) {
+void setOption(const FilterCommand& filter, const std::string& name, const std::string& value, OptionValues& options) {
   const FilterOption& option = findOption(filter, name);
-  if (std::find(option.values.begin(), option.values.end(), value) == option.values.end())
+  if (option.values.empty()) {
+    if (!isInteger(value)) throw CommandError{kExitUsage, "--" + name + " takes an integer, not '" + value + "'"};
+  } else if (std::find(option.values.begin(), option.values.end(), value) == option.values.end()) {
     throw CommandError{kExitUsage, "--" + name + " takes " + joined(option.values) + ", not '" + value + "'"};
+  }
   options[name] = value;
 }
 
@@ -217,12 +239,6 @@ OptionValues defaultOptions(const FilterCommand& filter) {
   OptionValues options;
   for (const FilterOption& option : filter.options) options[option.name] = option.defaultValue;
   return options;
-}
-
-// The sample in the source tree, else the installed copy.
-std::string samplePath() {
-  const std::string inSourceTree = ORVIK_DATA_DIR "/astronaut.png";
-  return std::filesystem::exists(inSourceTree) ? inSourceTree : ORVIK_INSTALLED_SAMPLE;
 }
 
 struct RunRequest {
@@ -320,7 +336,7 @@ int runFilter(const RunRequest& request) {
          kLayouts[image.channels]);
   printf("filter:         %s%s\n", request.filter->name.c_str(), optionsText(request.options).c_str());
   printf("time:           %" PRIu64 " us for %u plane(s)\n", micros, image.colorChannels());
-  printf("implementation: %s %s\n", request.filter->entry, implementationOf(findEntry(request.filter->entry)).c_str());
+  printf("implementation: %s %s\n", request.filter->entry, implementationOf(request.filter->entry).c_str());
   printf("output:         %s\n", request.output.c_str());
   return 0;
 }
@@ -331,8 +347,8 @@ void printFilterHelp(FILE* out) {
   for (const FilterCommand& filter : kFilters) {
     fprintf(out, "  %s  (%s)\n", filter.name.c_str(), filter.entry);
     for (const FilterOption& option : filter.options)
-      fprintf(out, "    --%s %s  (default %s)\n        %s\n", option.name.c_str(), joined(option.values).c_str(),
-              option.defaultValue.c_str(), option.help);
+      fprintf(out, "    --%s %s  (default %s)\n        %s\n", option.name.c_str(),
+              option.values.empty() ? "N" : joined(option.values).c_str(), option.defaultValue.c_str(), option.help);
   }
 }
 
@@ -340,13 +356,17 @@ void printUsage(FILE* out) {
   fprintf(out,
           "usage: orvik info\n"
           "       orvik run FILTER [IN.png] [OUT.png] [--OPTION VALUE ...]\n"
+          "       orvik convert IN OUT [--from FORMAT] [--to FORMAT] [--size WxH] [--range video|full]\n"
           "       orvik --help\n\n"
           "info  version, hardware report and the implementation each operation runs\n"
           "run   filters every color plane of IN.png (default: the astronaut sample,\n"
-          "      %s), copies alpha, writes OUT.png (default: FILTER.png)\n\n"
+          "      %s), copies alpha, writes OUT.png (default: FILTER.png)\n"
+          "convert  a PNG to a raw 4:2:0 YCbCr frame or back\n\n"
           "filters:\n",
           samplePath().c_str());
   printFilterHelp(out);
+  fputc('\n', out);
+  printConvertHelp(out);
   fprintf(out, "\nexit status: 0 done, 1 library or output failure, 2 bad usage or unreadable input\n");
 }
 
@@ -363,6 +383,7 @@ int dispatch(const std::vector<std::string>& args) {
   if (command == "info" && args.size() == 1) return runInfo();
   if (command == "info") throw CommandError{kExitUsage, "info takes no arguments"};
   if (command == "run") return runFilter(parseRun({args.begin() + 1, args.end()}));
+  if (command == "convert") return runConvert({args.begin() + 1, args.end()});
   throw CommandError{kExitUsage, "unknown command '" + command + "' (orvik --help)"};
 }
 
