@@ -236,6 +236,27 @@ TEST_F(Gradients, StepEdgeGivesTheDocumentedExtremes) {
   EXPECT_EQ(elementAt<int8_t>(s8y, 2, 1), 0);
 }
 
+// A horizontal ramp rising by 3 a column: central dx 6, Sobel dx 4 * 6,
+// Scharr dx 16 * 6, and no dy anywhere.
+TEST_F(Gradients, RampGivesConstantGradients) {
+  GuardedImage src(20, 5, 20);
+  for (uint32_t y = 0; y < 5; ++y)
+    for (uint32_t x = 0; x < 20; ++x) src.at(x, y) = uint8_t(3 * x + 10);
+  Interleaved central(20, 5, 2, 0), sobel(20, 5, 4, 0), scharr(20, 5, 2, 0);
+  ovkImageGradientInterleaveds16(src.data(), 20, 5, 20, as<int16_t>(central.out));
+  ovkImageGradientSobelInterleavedf32(src.data(), 20, 5, 20, as<float>(sobel.out));
+  ovkImageGradientScharrInterleaveds16(src.data(), 20, 5, 20, as<int16_t>(scharr.out), 0);
+  for (uint32_t y = 0; y < 3; ++y)
+    for (uint32_t pair = 0; pair < 18; ++pair) {
+      EXPECT_EQ(elementAt<int16_t>(central.out, 2 * pair, y), 6);
+      EXPECT_EQ(elementAt<float>(sobel.out, 2 * pair, y), 3.0f);
+      EXPECT_EQ(elementAt<int16_t>(scharr.out, 2 * pair, y), 96);
+      EXPECT_EQ(elementAt<int16_t>(central.out, 2 * pair + 1, y), 0);
+      EXPECT_EQ(elementAt<float>(sobel.out, 2 * pair + 1, y), 0.0f);
+      EXPECT_EQ(elementAt<int16_t>(scharr.out, 2 * pair + 1, y), 0);
+    }
+}
+
 // A Sobel dx of -1 floors to -1 when scaled; a 3x3 image has one pair, and
 // a constant image gives zeros.
 TEST_F(Gradients, SmallCasesFloorAndFitExactly) {
