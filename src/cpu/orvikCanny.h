@@ -21,6 +21,10 @@ using ovkCannyGradientPassFn = void (*)(const uint8_t* src, uint32_t width, uint
 void ovkCannyGradientPassC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
                            const ovkCannyGradients& gradients, uint16_t* magnitude);
 
+// Zeroes the gradients and magnitudes of the outermost rows and columns, the
+// part of a gradient pass that is the same for every implementation.
+void ovkCannyClearBorder(uint32_t width, uint32_t height, const ovkCannyGradients& gradients, uint16_t* magnitude);
+
 // Classes of the edge map while it is built.
 enum : uint8_t { kCannyNotEdge = 0, kCannyWeak = 1, kCannyEdge = 2 };
 

@@ -5,9 +5,10 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include <algorithm>
+#include <initializer_list>
 
 #include "orvikCanny.h"
+#include "orvikGradient.h"
 
 namespace {
 
@@ -36,27 +37,29 @@ uint8_t* gradientRow(int16_t* plane, uint32_t stride, uint32_t y) {
 
 }  // namespace
 
+void ovkCannyClearBorder(uint32_t width, uint32_t height, const ovkCannyGradients& g, uint16_t* magnitude) {
+  const auto clear = [&](uint32_t x, uint32_t y, uint32_t count) {
+    memset(gradientRow(g.gx, g.stride, y) + x * sizeof(int16_t), 0, count * sizeof(int16_t));
+    memset(gradientRow(g.gy, g.stride, y) + x * sizeof(int16_t), 0, count * sizeof(int16_t));
+    memset(magnitude + size_t(y) * width + x, 0, count * sizeof(uint16_t));
+  };
+  clear(0, 0, width);
+  clear(0, height - 1, width);
+  for (uint32_t y = 1; y + 1 < height; ++y) {
+    clear(0, y, 1);
+    clear(width - 1, y, 1);
+  }
+}
+
 void ovkCannyGradientPassC(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
                            const ovkCannyGradients& g, uint16_t* magnitude) {
-  for (uint32_t y = 0; y < height; ++y) {
-    uint8_t* gx = gradientRow(g.gx, g.stride, y);
-    uint8_t* gy = gradientRow(g.gy, g.stride, y);
-    uint16_t* m = magnitude + size_t(y) * width;
-    const bool interiorRow = y > 0 && y + 1 < height;
-    for (uint32_t x = 0; x < width; ++x) {
-      int32_t dx = 0, dy = 0;
-      if (interiorRow && x > 0 && x + 1 < width) {
-        const uint8_t* a = src + size_t(y - 1) * srcStride;
-        const uint8_t* b = a + srcStride;
-        const uint8_t* c = b + srcStride;
-        dx = (a[x + 1] + 2 * b[x + 1] + c[x + 1]) - (a[x - 1] + 2 * b[x - 1] + c[x - 1]);
-        dy = (c[x - 1] + 2 * c[x] + c[x + 1]) - (a[x - 1] + 2 * a[x] + a[x + 1]);
-      }
-      ovkStoreElement<int16_t>(gx, x, int16_t(dx));
-      ovkStoreElement<int16_t>(gy, x, int16_t(dy));
-      m[x] = uint16_t(abs(dx) + abs(dy));
-    }
-  }
+  ovkCannyClearBorder(width, height, g, magnitude);
+  ovkForEachInteriorGradient<ovkGradientOperator::kSobel, uint8_t, int32_t>(
+      src, width, height, srcStride, [&](uint32_t x, uint32_t y, int32_t dx, int32_t dy) {
+        ovkStoreElement<int16_t>(gradientRow(g.gx, g.stride, y), x, int16_t(dx));
+        ovkStoreElement<int16_t>(gradientRow(g.gy, g.stride, y), x, int16_t(dy));
+        magnitude[size_t(y) * width + x] = uint16_t(abs(dx) + abs(dy));
+      });
 }
 
 namespace {

@@ -191,7 +191,6 @@ void Interior32(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcS
   const hn::Rebind<Pixel, decltype(d32)> dp;
   const size_t lanes = hn::Lanes(d32);
   if (width < lanes + 2 * Radius) return portable(src, width, height, srcStride, dst, dstStride);
-  const auto weighted = [&](auto tapAt) { return SymmetricSum<Radius>(d32, tapAt); };
   const auto* srcBytes = reinterpret_cast<const uint8_t*>(src);
   HWY_ALIGN int32_t sums[kStripOutputs + 2 * Radius];
   for (uint32_t y = Radius; y + Radius < height; ++y) {
@@ -200,14 +199,16 @@ void Interior32(const Pixel* src, uint32_t width, uint32_t height, uint32_t srcS
     forEachStrip(width - 2 * Radius, [&](size_t begin, size_t count) {
       forEachVector(count + 2 * Radius, lanes, [&](size_t i) {
         const size_t x = begin + i;
-        hn::StoreU(weighted([&](int tap) {
-                     const auto* pixels = reinterpret_cast<const Pixel*>(top + size_t(tap) * srcStride);
-                     return hn::PromoteTo(d32, hn::LoadU(dp, pixels + x));
-                   }),
+        hn::StoreU(SymmetricSum<Radius>(d32,
+                                        [&](int tap) {
+                                          const auto* pixels =
+                                              reinterpret_cast<const Pixel*>(top + size_t(tap) * srcStride);
+                                          return hn::PromoteTo(d32, hn::LoadU(dp, pixels + x));
+                                        }),
                    d32, sums + i);
       });
       forEachVector(count, lanes, [&](size_t i) {
-        const auto sum = weighted([&](int tap) { return hn::LoadU(d32, sums + i + tap); });
+        const auto sum = SymmetricSum<Radius>(d32, [&](int tap) { return hn::LoadU(d32, sums + i + tap); });
         hn::StoreU(hn::DemoteTo(dp, hn::ShiftRight<4 * Radius>(sum)), dp, out + begin + i);
       });
     });

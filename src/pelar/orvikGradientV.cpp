@@ -104,10 +104,12 @@ auto WidenedBytes(D d) {
 using D16 = hn::ScalableTag<int16_t>;
 using V16 = hn::Vec<D16>;
 
+// Each helper runs the portable kernel for images too narrow for a vector.
 template <Operator Op, class Convert>
-void Interleaved16(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, int16_t* gradients,
-                   uint32_t gradStride, const Convert& convert) {
+void Interleaved16(ovkImageGradientInterleaveds16Fn portable, const uint8_t* src, uint32_t width, uint32_t height,
+                   uint32_t srcStride, int16_t* gradients, uint32_t gradStride, const Convert& convert) {
   const D16 d;
+  if (TooNarrow(d, width, height)) return portable(src, width, height, srcStride, gradients, gradStride);
   ForEachGradientVector<Op>(d, src, width, height, srcStride, WidenedBytes(d),
                             [&](size_t x, uint32_t y, V16 dx, V16 dy) {
                               int16_t* out = RowOf(gradients, gradStride, y - 1) + 2 * (x - 1);
@@ -115,10 +117,11 @@ void Interleaved16(const uint8_t* src, uint32_t width, uint32_t height, uint32_t
                             });
 }
 
-template <Operator Op, class Out, class Convert>
-void Planar16(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, Out* dx, Out* dy,
-              uint32_t dxyStride, const Convert& convert) {
+template <Operator Op, class Out, class Portable, class Convert>
+void Planar16(Portable portable, const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride, Out* dx,
+              Out* dy, uint32_t dxyStride, const Convert& convert) {
   const D16 d;
+  if (TooNarrow(d, width, height)) return portable(src, width, height, srcStride, dx, dy, dxyStride);
   const hn::Rebind<Out, D16> dOut;
   ForEachGradientVector<Op>(d, src, width, height, srcStride, WidenedBytes(d),
                             [&](size_t x, uint32_t y, V16 gx, V16 gy) {
@@ -137,8 +140,10 @@ using DF = hn::ScalableTag<float>;
 using VF = hn::Vec<DF>;
 
 template <Operator Op, class D, class Load, class Convert>
-void InterleavedF32(D d, const Load& load, const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
-                    float* gradients, uint32_t gradStride, const Convert& convert) {
+void InterleavedF32(ovkImageGradientInterleavedf32Fn portable, D d, const Load& load, const uint8_t* src,
+                    uint32_t width, uint32_t height, uint32_t srcStride, float* gradients, uint32_t gradStride,
+                    const Convert& convert) {
+  if (TooNarrow(d, width, height)) return portable(src, width, height, srcStride, gradients, gradStride);
   ForEachGradientVector<Op>(d, src, width, height, srcStride, load,
                             [&](size_t x, uint32_t y, hn::Vec<D> dx, hn::Vec<D> dy) {
                               float* out = RowOf(gradients, gradStride, y - 1) + 2 * (x - 1);
@@ -146,9 +151,11 @@ void InterleavedF32(D d, const Load& load, const uint8_t* src, uint32_t width, u
                             });
 }
 
-template <Operator Op, class D, class Load, class Convert>
-void PlanarF32(D d, const Load& load, const void* src, uint32_t width, uint32_t height, uint32_t srcStride, float* dx,
+template <Operator Op, class D, class Src, class Load, class Convert>
+void PlanarF32(void (*portable)(const Src*, uint32_t, uint32_t, uint32_t, float*, float*, uint32_t), D d,
+               const Load& load, const Src* src, uint32_t width, uint32_t height, uint32_t srcStride, float* dx,
                float* dy, uint32_t dxyStride, const Convert& convert) {
+  if (TooNarrow(d, width, height)) return portable(src, width, height, srcStride, dx, dy, dxyStride);
   ForEachGradientVector<Op>(d, src, width, height, srcStride, load,
                             [&](size_t x, uint32_t y, hn::Vec<D> gx, hn::Vec<D> gy) {
                               hn::StoreU(convert(gx), DF(), RowOf(dx, dxyStride, y) + x);
@@ -163,53 +170,44 @@ const auto kFloatEighth = [](hn::Vec<D32> v) { return hn::Mul(hn::ConvertTo(DF()
 
 void ImageGradientInterleaveds16(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                  int16_t* gradients, uint32_t gradStride) {
-  if (TooNarrow(D16(), srcWidth, srcHeight))
-    return ovkImageGradientInterleaveds16C(src, srcWidth, srcHeight, srcStride, gradients, gradStride);
-  Interleaved16<Operator::kCentral>(src, srcWidth, srcHeight, srcStride, gradients, gradStride, kSame16);
+  Interleaved16<Operator::kCentral>(ovkImageGradientInterleaveds16C, src, srcWidth, srcHeight, srcStride, gradients,
+                                    gradStride, kSame16);
 }
 
 void ImageGradientSobelInterleaveds16(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                       int16_t* gradients, uint32_t gradStride) {
-  if (TooNarrow(D16(), srcWidth, srcHeight))
-    return ovkImageGradientSobelInterleaveds16C(src, srcWidth, srcHeight, srcStride, gradients, gradStride);
-  Interleaved16<Operator::kSobel>(src, srcWidth, srcHeight, srcStride, gradients, gradStride, kEighth16);
+  Interleaved16<Operator::kSobel>(ovkImageGradientSobelInterleaveds16C, src, srcWidth, srcHeight, srcStride, gradients,
+                                  gradStride, kEighth16);
 }
 
 void ImageGradientSobelInterleaveds16_v3(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                          int16_t* gradients, uint32_t gradStride) {
-  if (TooNarrow(D16(), srcWidth, srcHeight))
-    return ovkImageGradientSobelInterleaveds16_v3C(src, srcWidth, srcHeight, srcStride, gradients, gradStride);
-  Interleaved16<Operator::kSobel>(src, srcWidth, srcHeight, srcStride, gradients, gradStride, kSame16);
+  Interleaved16<Operator::kSobel>(ovkImageGradientSobelInterleaveds16_v3C, src, srcWidth, srcHeight, srcStride,
+                                  gradients, gradStride, kSame16);
 }
 
 void ImageGradientScharrInterleaveds16(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                        int16_t* gradients, uint32_t gradStride) {
-  if (TooNarrow(D16(), srcWidth, srcHeight))
-    return ovkImageGradientScharrInterleaveds16C(src, srcWidth, srcHeight, srcStride, gradients, gradStride);
-  Interleaved16<Operator::kScharr>(src, srcWidth, srcHeight, srcStride, gradients, gradStride, kSame16);
+  Interleaved16<Operator::kScharr>(ovkImageGradientScharrInterleaveds16C, src, srcWidth, srcHeight, srcStride,
+                                   gradients, gradStride, kSame16);
 }
 
 void ImageGradientPlanars16(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, int16_t* dx,
                             int16_t* dy, uint32_t dxyStride) {
-  if (TooNarrow(D16(), srcWidth, srcHeight))
-    return ovkImageGradientPlanars16C(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
-  Planar16<Operator::kCentral>(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride, [](D16, V16 v) { return v; });
+  Planar16<Operator::kCentral>(ovkImageGradientPlanars16C, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride,
+                               [](D16, V16 v) { return v; });
 }
 
 void ImageGradientSobelPlanars16(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                  int16_t* dx, int16_t* dy, uint32_t dxyStride) {
-  if (TooNarrow(D16(), srcWidth, srcHeight))
-    return ovkImageGradientSobelPlanars16C(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
-  Planar16<Operator::kSobel>(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride,
+  Planar16<Operator::kSobel>(ovkImageGradientSobelPlanars16C, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride,
                              [](D16, V16 v) { return kEighth16(v); });
 }
 
 // |value| / 8 <= 127.5, so the narrowing never saturates.
 void ImageGradientSobelPlanars8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                 int8_t* dx, int8_t* dy, uint32_t dxyStride) {
-  if (TooNarrow(D16(), srcWidth, srcHeight))
-    return ovkImageGradientSobelPlanars8C(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
-  Planar16<Operator::kSobel>(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride,
+  Planar16<Operator::kSobel>(ovkImageGradientSobelPlanars8C, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride,
                              [](auto d8, V16 v) { return hn::DemoteTo(d8, kEighth16(v)); });
 }
 
@@ -229,45 +227,35 @@ void FilterSobel3x3u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
 
 void ImageGradientInterleavedf32(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                  float* gradients, uint32_t gradStride) {
-  if (TooNarrow(D32(), srcWidth, srcHeight))
-    return ovkImageGradientInterleavedf32C(src, srcWidth, srcHeight, srcStride, gradients, gradStride);
-  InterleavedF32<Operator::kCentral>(D32(), WidenedBytes(D32()), src, srcWidth, srcHeight, srcStride, gradients,
-                                     gradStride, kFloat);
+  InterleavedF32<Operator::kCentral>(ovkImageGradientInterleavedf32C, D32(), WidenedBytes(D32()), src, srcWidth,
+                                     srcHeight, srcStride, gradients, gradStride, kFloat);
 }
 
 void ImageGradientSobelInterleavedf32(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                       float* gradients, uint32_t gradStride) {
-  if (TooNarrow(D32(), srcWidth, srcHeight))
-    return ovkImageGradientSobelInterleavedf32C(src, srcWidth, srcHeight, srcStride, gradients, gradStride);
-  InterleavedF32<Operator::kSobel>(D32(), WidenedBytes(D32()), src, srcWidth, srcHeight, srcStride, gradients,
-                                   gradStride, kFloatEighth);
+  InterleavedF32<Operator::kSobel>(ovkImageGradientSobelInterleavedf32C, D32(), WidenedBytes(D32()), src, srcWidth,
+                                   srcHeight, srcStride, gradients, gradStride, kFloatEighth);
 }
 
 void ImageGradientPlanarf32(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, float* dx,
                             float* dy, uint32_t dxyStride) {
-  if (TooNarrow(D32(), srcWidth, srcHeight))
-    return ovkImageGradientPlanarf32C(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
-  PlanarF32<Operator::kCentral>(D32(), WidenedBytes(D32()), src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride,
-                                kFloat);
+  PlanarF32<Operator::kCentral>(ovkImageGradientPlanarf32C, D32(), WidenedBytes(D32()), src, srcWidth, srcHeight,
+                                srcStride, dx, dy, dxyStride, kFloat);
 }
 
 void ImageGradientSobelPlanarf32(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                  float* dx, float* dy, uint32_t dxyStride) {
-  if (TooNarrow(D32(), srcWidth, srcHeight))
-    return ovkImageGradientSobelPlanarf32C(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
-  PlanarF32<Operator::kSobel>(D32(), WidenedBytes(D32()), src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride,
-                              kFloatEighth);
+  PlanarF32<Operator::kSobel>(ovkImageGradientSobelPlanarf32C, D32(), WidenedBytes(D32()), src, srcWidth, srcHeight,
+                              srcStride, dx, dy, dxyStride, kFloatEighth);
 }
 
 void ImageGradientSobelPlanarf32f32(const float* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                     float* dx, float* dy, uint32_t dxyStride) {
-  if (TooNarrow(DF(), srcWidth, srcHeight))
-    return ovkImageGradientSobelPlanarf32f32C(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
   const auto load = [](const uint8_t* line, size_t x) {
     return hn::LoadU(DF(), reinterpret_cast<const float*>(line) + x);
   };
-  PlanarF32<Operator::kSobel>(DF(), load, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride,
-                              [](VF v) { return hn::Mul(v, hn::Set(DF(), 0.125f)); });
+  PlanarF32<Operator::kSobel>(ovkImageGradientSobelPlanarf32f32C, DF(), load, src, srcWidth, srcHeight, srcStride, dx,
+                              dy, dxyStride, [](VF v) { return hn::Mul(v, hn::Set(DF(), 0.125f)); });
 }
 
 // ---- Canny: the gradient pass in vectors, suppression and hysteresis shared ----------------
@@ -275,17 +263,7 @@ void ImageGradientSobelPlanarf32f32(const float* src, uint32_t srcWidth, uint32_
 void CannyGradientPass(const uint8_t* src, uint32_t width, uint32_t height, uint32_t srcStride,
                        const ovkCannyGradients& g, uint16_t* magnitude) {
   if (TooNarrow(D16(), width, height)) return ovkCannyGradientPassC(src, width, height, srcStride, g, magnitude);
-  for (const uint32_t y : {0u, height - 1}) {
-    memset(RowOf(g.gx, g.stride, y), 0, width * sizeof(int16_t));
-    memset(RowOf(g.gy, g.stride, y), 0, width * sizeof(int16_t));
-    memset(magnitude + size_t(y) * width, 0, width * sizeof(uint16_t));
-  }
-  for (uint32_t y = 1; y + 1 < height; ++y)
-    for (const uint32_t x : {0u, width - 1}) {
-      memset(RowOf(g.gx, g.stride, y) + x, 0, sizeof(int16_t));  // rows may sit at odd addresses
-      memset(RowOf(g.gy, g.stride, y) + x, 0, sizeof(int16_t));
-      magnitude[size_t(y) * width + x] = 0;
-    }
+  ovkCannyClearBorder(width, height, g, magnitude);
   const D16 d;
   const hn::RebindToUnsigned<D16> du;
   ForEachGradientVector<Operator::kSobel>(d, src, width, height, srcStride, WidenedBytes(d),
