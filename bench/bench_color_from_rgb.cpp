@@ -32,7 +32,9 @@ void add420Variants(std::vector<Variant>& planar, std::vector<Variant>& pseudoPl
                     ovkColorRGB888ToYCbCr420Planaru8Fn planarKernel,
                     ovkColorRGB888ToYCbCr420PseudoPlanaru8Fn pseudoPlanarKernel, const Rows420& portable,
                     const Rows420& vector) {
-  for (const auto& [name, rows] : {std::make_pair("portable", portable), std::make_pair("vector", vector)}) {
+  for (const auto& variant : {std::make_pair("portable", portable), std::make_pair("vector", vector)}) {
+    const char* name = variant.first;
+    const Rows420 rows = variant.second;
     planar.push_back({name, [=](const uint8_t* src, uint8_t* dst, uint32_t width, uint32_t height) {
                         rows.install();
                         uint8_t* cb = dst + size_t(width) * height;

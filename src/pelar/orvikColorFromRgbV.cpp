@@ -10,6 +10,7 @@
 #include <hwy/foreach_target.h>  // IWYU pragma: keep
 #include <hwy/highway.h>
 
+#include "pelar/orvikBytes3-inl.h"
 #include "pelar/orvikPelar.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -76,7 +77,7 @@ struct PackedBytes {
   static HWY_INLINE PixelPairs Load(const uint8_t* p) {
     V8 byte0, byte1, byte2, alpha;
     if constexpr (kBytes == 3)
-      hn::LoadInterleaved3(D8(), p, byte0, byte1, byte2);
+      LoadInterleavedBytes3(D8(), p, byte0, byte1, byte2);
     else
       hn::LoadInterleaved4(D8(), p, byte0, byte1, byte2, alpha);
     return kRedFirst ? SplitPairs(byte0, byte1, byte2) : SplitPairs(byte2, byte1, byte0);
@@ -257,7 +258,7 @@ struct YCrCbRow {
                                    DifferenceQ15<53, 152, 10, 104>(p.odd.r, p.odd.g, p.odd.b));
       const V8 cb = BytesFromPairs(DifferenceQ15<21, 153, 42, 103>(p.even.b, p.even.r, p.even.g),
                                    DifferenceQ15<21, 153, 42, 103>(p.odd.b, p.odd.r, p.odd.g));
-      hn::StoreInterleaved3(y, cr, cb, D8(), dst + 3 * x);
+      StoreInterleavedBytes3(y, cr, cb, D8(), dst + 3 * x);
     });
   }
 };

@@ -17,6 +17,7 @@
 #include <hwy/highway.h>
 
 #include "cpu/orvikColorToRgb.h"
+#include "pelar/orvikBytes3-inl.h"
 #include "pelar/orvikPelar.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -393,7 +394,7 @@ HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const BlockOrder&
       Store565<kMirror>(typename P::DU(), evenWords, oddWords, job.out[r], x, job.width);
     } else if constexpr (F == ovkRgbFormat::kRgb888) {
       const typename P::Channels c = P::ConvertPrepared(luma, prepared);
-      hn::StoreInterleaved3(c.r, c.g, c.b, d8, job.out[r] + x * 3);
+      StoreInterleavedBytes3(c.r, c.g, c.b, d8, job.out[r] + x * 3);
     } else {
       const typename P::Channels c = P::ConvertPrepared(luma, prepared);
       StoreRgbaInBlockOrder(c.r, c.g, c.b, job.out[r] + x * 4);
