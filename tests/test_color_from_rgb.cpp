@@ -133,8 +133,10 @@ void runRow(ovkFuncPtr kernel, Dst dst, const uint8_t* src, uint32_t width, Plan
 // Every 16-bit word (RGB565), or every (G, R) pair with B running through
 // 0..255 in steps of 15 (RGB888, RGBA8888; alpha random), in packed rows of
 // `width` pixels.
+uint32_t densePixels(Format format) { return format == Format::kRGB565 ? 65536 : 18 * 65536; }
+
 std::unique_ptr<GuardedImage> denseImage(Format format, uint32_t width, std::mt19937& rng) {
-  const uint32_t bpp = bytesPerPixel(format), pixels = format == Format::kRGB565 ? 65536 : 18 * 65536;
+  const uint32_t bpp = bytesPerPixel(format), pixels = densePixels(format);
   auto image = std::make_unique<GuardedImage>(width, pixels / width, width * bpp, bpp);
   uint8_t* p = image->data();
   for (uint32_t i = 0; i < pixels; ++i, p += bpp) {
@@ -146,26 +148,20 @@ std::unique_ptr<GuardedImage> denseImage(Format format, uint32_t width, std::mt1
   return image;
 }
 
-TEST(ColorFromRgb, HandComputedPixels) {
-  // White: 77 + 150 + 29 = 256 makes Y exactly 255.  Byte 0 is blue: Cb
-  // ((128 * 255 + 128) >> 8) + 128 = 256 clamps to 255; Cr (-21 * 255 + 128) >> 8 = -21 gives 107.
-  const uint8_t pixels[9] = {255, 255, 255, 0, 0, 0, 255, 0, 0};
-  uint8_t y[3], cb[3], cr[3];
-  rgb8882yuvpC(pixels, y, cb, cr, 3);
-  EXPECT_EQ((std::vector<int>{y[0], cb[0], cr[0], y[1], cb[1], cr[1], y[2], cb[2], cr[2]}),
-            (std::vector<int>{255, 128, 128, 0, 128, 128, 29, 255, 107}));
-  // Interleaved YCrCb and gray read byte 0 as red.
-  uint8_t ycrcb[3], gray[3];
-  ovkColorRGB888toYCrCbu8C(pixels + 6, 1, 1, 3, ycrcb, 3);
-  EXPECT_EQ((std::vector<int>{ycrcb[0], ycrcb[1], ycrcb[2]}), (std::vector<int>{76, 255, 85}));
-  const uint8_t grayInput[9] = {255, 0, 0, 0, 0, 255, 255, 255, 255};
-  ovkColorRGB888ToGrayu8C(grayInput, 3, 1, 9, gray, 3);
-  EXPECT_EQ((std::vector<int>{gray[0], gray[1], gray[2]}), (std::vector<int>{76, 29, 255}));
-  // RGB565 0xF800 is red 248 (no bit replication): Y (77 * 248 + 128) >> 8 = 75;
-  // 0x001F blue 248: Cb ((128 * 248 + 128) >> 8) + 128 = 252, below the clamp.
-  const uint8_t words[4] = {0x00, 0xF8, 0x1F, 0x00};
-  rgb5652yuvpC(words, y, cb, cr, 2);
-  EXPECT_EQ((std::vector<int>{y[0], cb[1]}), (std::vector<int>{75, 252}));
+// The references at hand-computed points, all inside the dense inputs below:
+// white; byte 0 blue, its Cb ((128 * 255 + 128) >> 8) + 128 = 256 clamped
+// and Cr (-21 * 255 + 128) >> 8 = -21; RGB565 red 0xF800 as 248 (no bit
+// replication) and blue 0x001F's Cb 252, below the clamp; YCrCb and gray
+// reading byte 0 as red.
+TEST(ColorFromRgb, ReferenceAtHandComputedPoints) {
+  const uint8_t white[3] = {255, 255, 255}, blue[3] = {255, 0, 0}, red565[2] = {0x00, 0xF8}, blue565[2] = {0x1F, 0};
+  EXPECT_EQ(channels(familyPixel(Format::kRGB888, white)), (std::array<int, 3>{255, 128, 128}));
+  EXPECT_EQ(channels(familyPixel(Format::kRGB888, blue)), (std::array<int, 3>{29, 255, 107}));
+  EXPECT_EQ(familyPixel(Format::kRGB565, red565).y, 75);
+  EXPECT_EQ(familyPixel(Format::kRGB565, blue565).cb, 252);
+  EXPECT_EQ(channels(yccQ15(255, 0, 0)), (std::array<int, 3>{76, 85, 255}));
+  EXPECT_EQ((std::array<int, 3>{grayQ16(255, 0, 0), grayQ16(0, 0, 255), grayQ16(255, 255, 255)}),
+            (std::array<int, 3>{76, 29, 255}));
 }
 
 TEST(ColorFromRgb, RowKernelsMatchTheFormula) {
@@ -174,7 +170,7 @@ TEST(ColorFromRgb, RowKernelsMatchTheFormula) {
     for (const RowKernel& row : kRowKernels) {
       const uint32_t bpp = bytesPerPixel(row.format());
       std::vector<std::unique_ptr<GuardedImage>> rows;
-      rows.push_back(denseImage(row.format(), row.format() == Format::kRGB565 ? 65536 : 18 * 65536, rng));
+      rows.push_back(denseImage(row.format(), densePixels(row.format()), rng));
       for (const uint32_t w : testWidths()) {
         rows.push_back(std::make_unique<GuardedImage>(w, 1, w * bpp, bpp));
         rows.back()->fillRandom(rng);

@@ -1,6 +1,6 @@
 // Per-pixel references for the colour conversions, written out plainly from
-// their fixed-point formulas, and the loop that runs a check on the portable
-// kernels and on every vector target.
+// their fixed-point formulas, and the loops that run a check on the portable
+// kernels, the vector kernels of every target and the entries.
 #ifndef ORVIK_TEST_COLOR_REFERENCE_H
 #define ORVIK_TEST_COLOR_REFERENCE_H
 
@@ -8,6 +8,7 @@
 #include <stdint.h>
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <string>
 #include <vector>
@@ -30,6 +31,9 @@ struct Ycc {
 struct Rgb {
   int r, g, b;
 };
+
+inline std::array<int, 3> channels(const Ycc& p) { return {p.y, p.cb, p.cr}; }
+inline std::array<int, 3> channels(const Rgb& p) { return {p.r, p.g, p.b}; }
 
 // ---- RGB to YCbCr and gray ----
 
