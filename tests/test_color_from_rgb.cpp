@@ -89,11 +89,6 @@ void expectPlanes(const Planes& out, const Planes& want, Dst dst, const std::str
 
 // ---- Row kernels ----
 
-template <class Fn>
-ovkFuncPtr asPointer(Fn fn) {
-  return reinterpret_cast<ovkFuncPtr>(fn);
-}
-
 // A slot (read when called), its portable routine and its vector routine for
 // the chosen target.  The stem names the source format and, after the '2',
 // the row: yuvp / yuv 4:4:4 planar / pseudo-planar, yyuvp / yyuv one chroma

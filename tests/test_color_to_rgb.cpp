@@ -52,11 +52,6 @@ void expectPixels(const GuardedImage& dst, Out out, const Expected& expected, co
 using PlanarFn = ovkColorYCbCr444PlanarToRGB565u8Fn;
 using PseudoPlanarFn = ovkColorYCbCr444PseudoPlanarToRGB565u8Fn;
 
-template <class Fn>
-ovkFuncPtr asFn(Fn fn) {
-  return reinterpret_cast<ovkFuncPtr>(fn);
-}
-
 struct Member {
   std::string name;
   uint32_t shiftX, shiftY;
@@ -67,19 +62,16 @@ struct Member {
   ovkFuncPtr entry;
 };
 
-#define OVK_MEMBER(Sampling, Layout, Output, ShiftX, ShiftY)                        \
-  {"ovkColorYCbCr" #Sampling #Layout "ToRGB" #Output "u8",                          \
-   ShiftX,                                                                          \
-   ShiftY,                                                                          \
-   std::string(#Layout) == "Planar",                                                \
-   Out::k##Output,                                                                  \
-   asFn(ovkColorYCbCr##Sampling##Layout##ToRGB##Output##u8C),                       \
-   [] { return asFn(ovkVectorColorYCbCr##Sampling##Layout##ToRGB##Output##u8()); }, \
-   asFn(ovkColorYCbCr##Sampling##Layout##ToRGB##Output##u8)},
-const std::vector<Member>& familyMembers() {
-  static const std::vector<Member> members = {OVK_YCC_FAMILY(OVK_MEMBER)};
-  return members;
-}
+#define OVK_MEMBER(Sampling, Layout, Output, ShiftX, ShiftY)                             \
+  {"ovkColorYCbCr" #Sampling #Layout "ToRGB" #Output "u8",                               \
+   ShiftX,                                                                               \
+   ShiftY,                                                                               \
+   std::string(#Layout) == "Planar",                                                     \
+   Out::k##Output,                                                                       \
+   asPointer(ovkColorYCbCr##Sampling##Layout##ToRGB##Output##u8C),                       \
+   [] { return asPointer(ovkVectorColorYCbCr##Sampling##Layout##ToRGB##Output##u8()); }, \
+   asPointer(ovkColorYCbCr##Sampling##Layout##ToRGB##Output##u8)},
+const Member kMembers[] = {OVK_YCC_FAMILY(OVK_MEMBER)};
 #undef OVK_MEMBER
 
 // A random source of one member's layout, with `padding` bytes after each row.
@@ -135,7 +127,7 @@ TEST(YccToRgbFamily, FullRangeOverDenseValues) {
   for (int c = 0; c < 256; c += 5) chroma.push_back(c);
   const uint32_t height = uint32_t(chroma.size() * chroma.size());
   std::mt19937 rng(2);
-  const Member& m = *std::find_if(familyMembers().begin(), familyMembers().end(),
+  const Member& m = *std::find_if(std::begin(kMembers), std::end(kMembers),
                                   [](const Member& m) { return m.name == "ovkColorYCbCr444PlanarToRGB888u8"; });
   FamilyFrame frame(m, 256, height, 0, rng);
   for (uint32_t row = 0; row < height; ++row)
@@ -262,14 +254,11 @@ struct BlockKind {
   ovkColorYCrCbH1V1toRGB888u8Fn (*vector)();
 };
 
-const std::vector<BlockKind>& blockKinds() {
-  static const std::vector<BlockKind> kinds = {
-      {"H1V1", 0, 0, ovkColorYCrCbH1V1toRGB888u8C, ovkColorYCrCbH1V1toRGB888u8, ovkVectorColorYCrCbH1V1toRGB888u8},
-      {"H2V1", 1, 0, ovkColorYCrCbH2V1toRGB888u8C, ovkColorYCrCbH2V1toRGB888u8, ovkVectorColorYCrCbH2V1toRGB888u8},
-      {"H1V2", 0, 1, ovkColorYCrCbH1V2toRGB888u8C, ovkColorYCrCbH1V2toRGB888u8, ovkVectorColorYCrCbH1V2toRGB888u8},
-      {"H2V2", 1, 1, ovkColorYCrCbH2V2toRGB888u8C, ovkColorYCrCbH2V2toRGB888u8, ovkVectorColorYCrCbH2V2toRGB888u8}};
-  return kinds;
-}
+const BlockKind kBlockKinds[] = {
+    {"H1V1", 0, 0, ovkColorYCrCbH1V1toRGB888u8C, ovkColorYCrCbH1V1toRGB888u8, ovkVectorColorYCrCbH1V1toRGB888u8},
+    {"H2V1", 1, 0, ovkColorYCrCbH2V1toRGB888u8C, ovkColorYCrCbH2V1toRGB888u8, ovkVectorColorYCrCbH2V1toRGB888u8},
+    {"H1V2", 0, 1, ovkColorYCrCbH1V2toRGB888u8C, ovkColorYCrCbH1V2toRGB888u8, ovkVectorColorYCrCbH1V2toRGB888u8},
+    {"H2V2", 1, 1, ovkColorYCrCbH2V2toRGB888u8C, ovkColorYCrCbH2V2toRGB888u8, ovkVectorColorYCrCbH2V2toRGB888u8}};
 
 class BlockFrame {
  public:
@@ -305,14 +294,15 @@ class BlockFrame {
 TEST(YccToRgbConversions, FamilyMatchesTheFormula) {
   std::mt19937 rng(23);
   forEveryVariant([&](const std::string& variant, Variant v) {
-    for (const Member& m : familyMembers())
+    for (const Member& m : kMembers)
       for (const uint32_t width : testWidths()) {
         if (width == 1 && m.shiftX) continue;  // fatal by design
         // Zero strides (the entries' defaults) over unpadded rows.
         const bool zeroStrides = v == Variant::kEntry && width % 3 == 0;
-        const uint32_t height = 1 + width % 6, padding = zeroStrides ? 0 : rng() % 13;
-        FamilyFrame frame(m, width, height, padding % 9, rng);
-        OutputImage dst(width, height, width * uint32_t(m.out) + padding, m.out);
+        const uint32_t height = 1 + width % 6, srcPad = zeroStrides ? 0 : rng() % 9,
+                       dstPad = zeroStrides ? 0 : rng() % 13;
+        FamilyFrame frame(m, width, height, srcPad, rng);
+        OutputImage dst(width, height, width * uint32_t(m.out) + dstPad, m.out);
         frame.convert(pick(v, m.portable, m.vector, m.entry), dst.data(), zeroStrides ? 0 : dst.stride(), zeroStrides);
         expectPixels(
             dst, m.out, [&](uint32_t x, uint32_t y) { return frame.expected(x, y); },
@@ -343,13 +333,13 @@ TEST(YccToRgbConversions, CameraAndBlockFramesMatchTheFormula) {
            ovkColorYUV420toRGB565u8Rotate180)(packed.data(), width, height, rotated.data());
       expectPixels(upright, Out::k565, camera565(packed), what + " 565");
       expectPixels(rotated, Out::k565, camera565(packed), what + " 565 rotated", true);
-      if (v == Variant::kEntry) {  // the packed RGBA entry has no kernel of its own
+      if (v == Variant::kEntry) {  // the RGBA entry without strides
         OutputImage packedRgba(width, height, width * 4, Out::kA8888);
         ovkColorYUV420toRGB8888u8(packed.data(), width, height, packedRgba.data());
         expectPixels(packedRgba, Out::kA8888, cameraRgba(packed), what + " packed");
       }
 
-      for (const BlockKind& kind : blockKinds()) {
+      for (const BlockKind& kind : kBlockKinds) {
         BlockFrame blocks(kind, width, height * 7, rng);
         OutputImage dst(width, height * 7, width * 3, Out::k888);
         pick(v, kind.portable, kind.vector, kind.entry)(blocks.data(), width, height * 7, dst.data());
@@ -391,7 +381,7 @@ std::string familyText(const Member& m) {
 // column where the entry refuses it.
 TEST_F(YccToRgbEntries, FamilyLogsItsConditionAndWritesNothing) {
   std::mt19937 rng(41);
-  for (const Member& m : familyMembers()) {
+  for (const Member& m : kMembers) {
     const uint32_t width = 6, height = 4, bytes = uint32_t(m.out);
     FamilyFrame frame(m, width, height, 0, rng);
     OutputImage dst(width, height, width * bytes, m.out);

@@ -13,8 +13,13 @@
 #include <string>
 #include <vector>
 
-#include "orvik.h"
+#include "cpu/orvikInternal.h"
 #include "support/vector_targets.h"
+
+template <class Fn>
+ovkFuncPtr asPointer(Fn fn) {
+  return reinterpret_cast<ovkFuncPtr>(fn);
+}
 
 // Fills outputs before a call, so bytes left alone are visible.
 constexpr uint8_t kUntouched = 0x5C;
