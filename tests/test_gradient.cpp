@@ -208,14 +208,14 @@ TEST_F(Gradients, EveryEntryMatchesItsFormula) {
 }
 
 TEST_F(Gradients, ImagesBelowThreeWriteNothing) {
-  for (const auto& [width, height] : std::vector<std::pair<uint32_t, uint32_t>>{{2, 9}, {9, 2}, {1, 1}}) {
-    GuardedImage src(width, height, width), dst(width, height, width);
-    src.fill(200);
-    dst.fill(kUntouched);
-    ovkFilterSobel3x3u8(src.data(), width, height, dst.data());
-    for (uint32_t y = 0; y < height; ++y)
-      for (uint32_t x = 0; x < width; ++x) ASSERT_EQ(dst.at(x, y), kUntouched);
-  }
+  for (const auto& [width, height] : std::vector<std::pair<uint32_t, uint32_t>>{{2, 9}, {9, 2}, {1, 1}})
+    for (const Entry& e : entries()) {
+      GuardedImage src(width, height, 4 * width, 4);  // room for a float source
+      src.fill(200);
+      Outputs out(Layout::planar, 4, src, 0);
+      e.run(src, out, out.a.stride());
+      EXPECT_EQ(out.bytes(), Outputs(Layout::planar, 4, src, 0).bytes()) << e.name << " " << width << "x" << height;
+    }
 }
 
 // Other kernels call Scharr through the internal table as group 3.
@@ -225,6 +225,7 @@ TEST_F(Gradients, ScharrIsInternalGroupThree) {
   EXPECT_EQ(group[OVK_IMPL_PELAR], reinterpret_cast<ovkFuncPtr>(ovkVectorImageGradientScharrInterleaveds16()));
   EXPECT_EQ(ovkInternalImplTable[3], uint32_t(OVK_IMPL_PELAR));
 }
+
 TEST_F(Gradients, RejectedArgumentsLogTheConditionAndWriteNothing) {
   GuardedImage src(16, 8, 16);
   src.fill(3);
