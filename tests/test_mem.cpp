@@ -3,6 +3,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -35,40 +36,46 @@ uint32_t lendableBuffers() {
   return uint32_t(held.size());
 }
 
+// The first round starts never initialised, the second after the last user
+// left and initialises through a pre-allocation of nothing.
 TEST(MemDeInit, WithoutInitReturnsZeroAndChangesNothing) {
-  EXPECT_EQ(ovkMemDeInit(), 0);
-  EXPECT_EQ(lendableBuffers(), kDirectProbe);
-  ovkMemInit();
-  EXPECT_EQ(lendableBuffers(), kPoolSlots);
-  EXPECT_EQ(ovkMemDeInit(), 0);
-  EXPECT_EQ(lendableBuffers(), kDirectProbe);
-  // Once more after the last user left; a new cycle still works afterwards.
-  EXPECT_EQ(ovkMemDeInit(), 0);
-  ovkMemInit();
-  EXPECT_EQ(lendableBuffers(), kPoolSlots);
-  EXPECT_EQ(ovkMemDeInit(), 0);
-  EXPECT_EQ(lendableBuffers(), kDirectProbe);
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(ovkMemDeInit(), 0);
+    EXPECT_EQ(lendableBuffers(), kDirectProbe);
+    if (round == 0)
+      ovkMemInit();
+    else
+      EXPECT_EQ(ovkMemInitPreAlloc(0), 1);
+    EXPECT_EQ(lendableBuffers(), kPoolSlots);
+    EXPECT_EQ(ovkMemDeInit(), 0);
+    EXPECT_EQ(lendableBuffers(), kDirectProbe);
+  }
 }
 
+// ovkMemAlign serves alignments up to 128; scratch requests, while there is
+// no pool, are each their own block at any power-of-two alignment.
 TEST(MemAlign, BlocksAreAlignedWritableAndFreedWhole) {
-  for (uint32_t alignment = 1; alignment <= 128; alignment *= 2) {
-    for (uint32_t size : {0u, 1u, 63u, 1000u}) {
-      auto* block = static_cast<uint8_t*>(ovkMemAlign(size, alignment));
-      ASSERT_NE(block, nullptr);
-      EXPECT_EQ(address(block) % alignment, 0u) << alignment;
-      memset(block, 0x5A, size);
-      ovkMemAlignFree(block);
-    }
-  }
+  const struct {
+    ovkGetScratchBufferAlignedFn allocate;
+    ovkReleaseScratchBufferFn free;
+    uint32_t largestAlignment;
+  } allocators[] = {{ovkMemAlign, ovkMemAlignFree, 128}, {ovkGetScratchBufferAligned_, release, 4096}};
+  for (const auto& allocator : allocators)
+    for (uint32_t alignment = 1; alignment <= allocator.largestAlignment; alignment *= 2)
+      for (uint32_t size : {0u, 1u, 63u, 1000u}) {
+        auto* block = static_cast<uint8_t*>(allocator.allocate(size, alignment));
+        ASSERT_NE(block, nullptr);
+        EXPECT_EQ(address(block) % alignment, 0u) << alignment;
+        memset(block, 0x5A, size);
+        allocator.free(block);
+      }
   ovkMemAlignFree(nullptr);
   for (uint32_t unservable : {0u, 24u, 256u}) EXPECT_EQ(ovkMemAlign(64, unservable), nullptr);
 }
 
 uint8_t gSharedArena[64];
 int gSharedFrees = 0;
-void* sharedAlloc(uint32_t size, uint32_t) {
-  return size <= sizeof gSharedArena ? gSharedArena : nullptr;
-}
+void* sharedAlloc(uint32_t size, uint32_t) { return size <= sizeof gSharedArena ? gSharedArena : nullptr; }
 int32_t sharedFree(void* ptr) {
   ++gSharedFrees;
   return ptr == gSharedArena ? 0 : -1;
@@ -93,16 +100,6 @@ TEST(MemAlloc, UsesTheSharedAllocatorOnlyWhenBothHooksAreSet) {
   ovkSharedMemAlloc_ = nullptr;
 }
 
-TEST(ScratchWithoutPool, EveryRequestIsItsOwnAlignedBlock) {
-  for (uint32_t alignment : {1u, 16u, 64u, 4096u}) {
-    uint8_t* buffer = getAligned(100, alignment);
-    ASSERT_NE(buffer, nullptr);
-    EXPECT_EQ(address(buffer) % alignment, 0u);
-    memset(buffer, 0x33, 100);
-    release(buffer);
-  }
-}
-
 class ScratchPool : public ::testing::Test {
  protected:
   void SetUp() override { ovkMemInit(); }
@@ -112,15 +109,13 @@ class ScratchPool : public ::testing::Test {
 TEST_F(ScratchPool, LendsThirtyTwoBuffersAtATime) {
   std::vector<uint8_t*> held;
   for (uint32_t i = 0; i < kPoolSlots; ++i) {
-    void* buffer = i % 2 ? ovkGetScratchBufferAligned_(256, 16)
-                         : ovkGetScratchBufferUnaligned_(256);
-    held.push_back(static_cast<uint8_t*>(buffer));
+    held.push_back(i % 2 ? getAligned(256, 16) : static_cast<uint8_t*>(ovkGetScratchBufferUnaligned_(256)));
     ASSERT_NE(held.back(), nullptr);
     memset(held.back(), int(i), 256);
   }
   EXPECT_EQ(getAligned(256, 16), nullptr);
   EXPECT_EQ(ovkGetScratchBufferUnaligned_(1), nullptr);
-  void* fromOtherThread = &fromOtherThread;
+  void* fromOtherThread = &held;
   std::thread([&] { fromOtherThread = getAligned(1, 1); }).join();
   EXPECT_EQ(fromOtherThread, nullptr);
   for (uint32_t i = 0; i < kPoolSlots; ++i) EXPECT_EQ(held[i][255], i) << "buffers overlap";
@@ -209,13 +204,9 @@ TEST_F(ScratchPool, ThreadsOwnTheirBuffersExclusively) {
         }
         std::this_thread::yield();
         for (uint8_t* buffer : held) {
-          if (!buffer) {
-            ++refused;
-            continue;
-          }
-          int wrongBytes = 0;
-          for (uint32_t i = 0; i < size; ++i) wrongBytes += buffer[i] != t + 1;
-          corrupted += wrongBytes;
+          refused += !buffer;
+          if (!buffer) continue;
+          corrupted += int(std::count_if(buffer, buffer + size, [&](uint8_t byte) { return byte != t + 1; }));
           release(buffer);
         }
       }
@@ -225,12 +216,6 @@ TEST_F(ScratchPool, ThreadsOwnTheirBuffersExclusively) {
   EXPECT_EQ(refused, 0);
   EXPECT_EQ(corrupted, 0);
   EXPECT_EQ(lendableBuffers(), kPoolSlots);
-}
-
-TEST(MemInitPreAlloc, ZeroSizeOnlyInitialisesThePool) {
-  EXPECT_EQ(ovkMemInitPreAlloc(0), 1);
-  EXPECT_EQ(lendableBuffers(), kPoolSlots);
-  EXPECT_EQ(ovkMemDeInit(), 0);
 }
 
 // Nested initialisation cannot be undone within a process (an inner

@@ -1,6 +1,7 @@
 // Memory storage and block sequences.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -49,12 +50,7 @@ TEST(MemStorage, AllocateHandsOutOnlyFreshBlocks) {
   EXPECT_EQ(log.lines()[2].tag, "orvik_lib_log");
 }
 
-struct Element {
-  uint32_t index, square, inverse;
-  bool operator==(const Element& o) const {
-    return index == o.index && square == o.square && inverse == o.inverse;
-  }
-};
+using Element = std::array<uint32_t, 3>;
 Element element(uint32_t i) { return {i, i * i, ~i}; }
 
 // Three elements per block, so a handful of elements spans several blocks.
@@ -109,9 +105,7 @@ TEST_F(Sequence, PushFillsBlockAfterBlockAndReaderWalksThem) {
 
 TEST_F(Sequence, GetElementAcceptsIndexesUpToTheCount) {
   push(0, 10);
-  for (uint32_t i = 0; i < 10; ++i) {
-    EXPECT_EQ(*static_cast<Element*>(ovkGetSeqElem(&seq, i)), element(i)) << i;
-  }
+  for (uint32_t i = 0; i < 10; ++i) EXPECT_EQ(*static_cast<Element*>(ovkGetSeqElem(&seq, i)), element(i)) << i;
   EXPECT_EQ(ovkGetSeqElem(&seq, 10), seq.ptr);  // the next free place
   LogCapture log;
   EXPECT_EQ(ovkGetSeqElem(&seq, 11), nullptr);
