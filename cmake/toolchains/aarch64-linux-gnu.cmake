@@ -26,14 +26,5 @@ CPU variant	: 0x0
 CPU part	: 0xd08
 CPU revision	: 3
 
-processor	: 1
-BogoMIPS	: 108.00
-Features	: fp asimd evtstrm aes pmull sha1 sha2 crc32 cpuid
-CPU implementer	: 0x41
-CPU architecture: 8
-CPU variant	: 0x0
-CPU part	: 0xd08
-CPU revision	: 3
-
 ")
 include(${CMAKE_CURRENT_LIST_DIR}/qemu-user.cmake)

@@ -35,16 +35,6 @@ CPU variant	: 0x2
 CPU part	: 0xc0f
 CPU revision	: 3
 
-processor	: 1
-model name	: ARMv7 Processor rev 3 (v7l)
-BogoMIPS	: 48.00
-Features	: half thumb fastmult vfp edsp neon vfpv3 tls vfpv4 idiva idivt
-CPU implementer	: 0x41
-CPU architecture: 7
-CPU variant	: 0x2
-CPU part	: 0xc0f
-CPU revision	: 3
-
 Hardware	: Generic DT based system
 Revision	: 0000
 Serial		: 0000000000000000
