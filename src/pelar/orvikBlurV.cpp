@@ -81,11 +81,6 @@ ovkStatusCode FilterGaussian3x3u8_v3(const uint8_t* src, uint32_t srcWidth, uint
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace ovk {
-HWY_EXPORT(FilterGaussian3x3u8);
-HWY_EXPORT(FilterGaussian3x3u8_v3);
-}  // namespace ovk
-
 OVK_VECTOR_KERNEL(FilterGaussian3x3u8)
 OVK_VECTOR_KERNEL(FilterGaussian3x3u8_v3)
 #endif

@@ -98,13 +98,6 @@ void BoxFilter11x11u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace ovk {
-HWY_EXPORT(BoxFilter3x3u8);
-HWY_EXPORT(BoxFilter3x3u8_v2);
-HWY_EXPORT(BoxFilter5x5u8);
-HWY_EXPORT(BoxFilter11x11u8);
-}  // namespace ovk
-
 OVK_VECTOR_KERNEL(BoxFilter3x3u8)
 OVK_VECTOR_KERNEL(BoxFilter3x3u8_v2)
 OVK_VECTOR_KERNEL(BoxFilter5x5u8)

@@ -328,30 +328,11 @@ OVK_VECTOR_ROWS(rgba8888, Bgra8888)
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace ovk {
-HWY_EXPORT(ColorRGB888ToGrayu8);
-HWY_EXPORT(ColorRGB888toYCrCbu8);
-#define OVK_EXPORT_ROWS(lower) \
-  HWY_EXPORT(lower##2yV);      \
-  HWY_EXPORT(lower##2yuvpV);   \
-  HWY_EXPORT(lower##2yyuvpV);  \
-  HWY_EXPORT(lower##2yuvV);    \
-  HWY_EXPORT(lower##2yyuvV);
-OVK_EXPORT_ROWS(rgb565)
-OVK_EXPORT_ROWS(rgb888)
-OVK_EXPORT_ROWS(rgba8888)
-#undef OVK_EXPORT_ROWS
-}  // namespace ovk
-
 OVK_VECTOR_KERNEL(ColorRGB888ToGrayu8)
 OVK_VECTOR_KERNEL(ColorRGB888toYCrCbu8)
 
 // ovkVector<slot>() for the five slots of one source format.
-#define OVK_VECTOR_ROW_KERNEL(lower, kind, Fn)       \
-  Fn ovkVector##lower##2##kind##_() {                \
-    using namespace ovk;                             \
-    return &HWY_DYNAMIC_DISPATCH(lower##2##kind##V); \
-  }
+#define OVK_VECTOR_ROW_KERNEL(lower, kind, Fn) OVK_VECTOR_DISPATCH(Fn, ovkVector##lower##2##kind##_, lower##2##kind##V)
 #define OVK_VECTOR_ROW_KERNELS(lower)                               \
   OVK_VECTOR_ROW_KERNEL(lower, y, ovkRgbToLumaRowFn)                \
   OVK_VECTOR_ROW_KERNEL(lower, yuvp, ovkRgbToYCbCrPlanarRowFn)      \

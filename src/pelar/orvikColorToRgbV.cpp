@@ -488,15 +488,6 @@ OVK_YCC_CAMERA_AND_BLOCK_KERNELS(Kernels, OVK_VECTOR_NAME)
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace ovk {
-#define OVK_X(Sampling, Layout, Output, ShiftX, ShiftY) HWY_EXPORT(ColorYCbCr##Sampling##Layout##ToRGB##Output##u8);
-OVK_YCC_FAMILY(OVK_X)
-#undef OVK_X
-#define OVK_X(Group) HWY_EXPORT(Group);
-OVK_YCC_CAMERA_AND_BLOCK_GROUPS(OVK_X)
-#undef OVK_X
-}  // namespace ovk
-
 #define OVK_X(Sampling, Layout, Output, ShiftX, ShiftY) \
   OVK_VECTOR_KERNEL(ColorYCbCr##Sampling##Layout##ToRGB##Output##u8)
 OVK_YCC_FAMILY(OVK_X)

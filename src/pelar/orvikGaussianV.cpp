@@ -434,13 +434,6 @@ void FilterGaussian5x5s32(const int32_t* src, uint32_t srcWidth, uint32_t srcHei
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace ovk {
-HWY_EXPORT(FilterGaussian5x5u8);
-HWY_EXPORT(FilterGaussian11x11u8);
-HWY_EXPORT(FilterGaussian5x5s16);
-HWY_EXPORT(FilterGaussian5x5s32);
-}  // namespace ovk
-
 OVK_VECTOR_KERNEL(FilterGaussian5x5u8)
 OVK_VECTOR_KERNEL(FilterGaussian11x11u8)
 OVK_VECTOR_KERNEL(FilterGaussian5x5s16)

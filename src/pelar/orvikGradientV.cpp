@@ -345,25 +345,6 @@ void FilterCanny3x3u8_v3(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeig
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace ovk {
-HWY_EXPORT(ImageGradientInterleaveds16);
-HWY_EXPORT(ImageGradientInterleavedf32);
-HWY_EXPORT(ImageGradientPlanars16);
-HWY_EXPORT(ImageGradientPlanarf32);
-HWY_EXPORT(ImageGradientSobelInterleaveds16);
-HWY_EXPORT(ImageGradientSobelInterleaveds16_v3);
-HWY_EXPORT(ImageGradientSobelInterleavedf32);
-HWY_EXPORT(ImageGradientSobelPlanars16);
-HWY_EXPORT(ImageGradientSobelPlanars8);
-HWY_EXPORT(ImageGradientSobelPlanarf32);
-HWY_EXPORT(ImageGradientSobelPlanarf32f32);
-HWY_EXPORT(ImageGradientScharrInterleaveds16);
-HWY_EXPORT(FilterSobel3x3u8);
-HWY_EXPORT(FilterCanny3x3u8);
-HWY_EXPORT(FilterCannyu8);
-HWY_EXPORT(FilterCanny3x3u8_v3);
-}  // namespace ovk
-
 OVK_VECTOR_KERNEL(ImageGradientInterleaveds16)
 OVK_VECTOR_KERNEL(ImageGradientInterleavedf32)
 OVK_VECTOR_KERNEL(ImageGradientPlanars16)

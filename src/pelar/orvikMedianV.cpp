@@ -77,11 +77,6 @@ ovkStatusCode FilterMedian3x3u8_v3(const uint8_t* src, uint32_t srcWidth, uint32
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace ovk {
-HWY_EXPORT(FilterMedian3x3u8);
-HWY_EXPORT(FilterMedian3x3u8_v3);
-}  // namespace ovk
-
 OVK_VECTOR_KERNEL(FilterMedian3x3u8)
 OVK_VECTOR_KERNEL(FilterMedian3x3u8_v3)
 #endif

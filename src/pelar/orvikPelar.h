@@ -6,14 +6,20 @@
 
 #include "cpu/orvikInternal.h"
 
-// Inside HWY_ONCE, after HWY_EXPORT(Group) in namespace ovk: defines
-// ovkVector<Group>(), the kernel of the target Highway has chosen.  The
-// dispatch names stay unqualified because a single-target build expands
-// them to <target namespace>::Group.
-#define OVK_VECTOR_KERNEL(Group)                  \
-  ovk##Group##Fn ovkVector##Group() {             \
-    using namespace ovk;                          \
-    return &HWY_DYNAMIC_DISPATCH(Group);          \
+// Inside HWY_ONCE, at file scope: exports Kernel's per-target versions and
+// defines Getter(), which returns the version of the target Highway has
+// chosen.  The dispatch names stay unqualified because a single-target build
+// expands them to <target namespace>::Kernel.
+#define OVK_VECTOR_DISPATCH(Fn, Getter, Kernel) \
+  namespace ovk {                               \
+  HWY_EXPORT(Kernel);                           \
+  }                                             \
+  Fn Getter() {                                 \
+    using namespace ovk;                        \
+    return &HWY_DYNAMIC_DISPATCH(Kernel);       \
   }
+
+// ovkVector<Group>() for a group's vector kernel ovk::<target>::Group.
+#define OVK_VECTOR_KERNEL(Group) OVK_VECTOR_DISPATCH(ovk##Group##Fn, ovkVector##Group, Group)
 
 #endif
