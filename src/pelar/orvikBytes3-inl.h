@@ -30,10 +30,12 @@ namespace bytes3 {
 constexpr uint8_t kNone = 0x80;  // the shuffle writes 0
 constexpr size_t kTableBytes = 64;
 
+// Each table set is indexed [output][input]: an output vector is the XOR of
+// its three inputs, each shuffled by its table (unused bytes become 0).
 struct Tables {
-  // gather[c][k]: channel c's bytes of part k moved to their pixels.
+  // gather[c][k]: part k's bytes of channel c moved to their pixels.
   alignas(kTableBytes) uint8_t gather[3][3][kTableBytes];
-  // scatter[c][k]: channel c's pixels moved to their bytes of part k.
+  // scatter[k][c]: channel c's pixels moved to their bytes of part k.
   alignas(kTableBytes) uint8_t scatter[3][3][kTableBytes];
 };
 
@@ -44,17 +46,18 @@ constexpr Tables MakeTables() {
       for (size_t i = 0; i < kTableBytes; ++i) {
         const size_t j = i % 16, byteOfPixel = 3 * j + c, byteOfPart = 16 * k + j;
         t.gather[c][k][i] = byteOfPixel / 16 == k ? uint8_t(byteOfPixel % 16) : kNone;
-        t.scatter[c][k][i] = byteOfPart % 3 == c ? uint8_t(byteOfPart / 3) : kNone;
+        t.scatter[k][c][i] = byteOfPart % 3 == c ? uint8_t(byteOfPart / 3) : kNone;
       }
   return t;
 }
 
 constexpr Tables kTables = MakeTables();
 
-template <class D>
-HWY_INLINE hn::Vec<D> Shuffle(D d, hn::Vec<D> v, const uint8_t* table) {
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE V Merge(D d, V x0, V x1, V x2, const uint8_t (&tables)[3][kTableBytes]) {
   static_assert(hn::MaxLanes(D()) >= 16 && hn::MaxLanes(D()) <= kTableBytes, "whole blocks, within the tables");
-  return hn::TableLookupBytesOr0(v, hn::Load(d, table));
+  const auto shuffle = [d](V x, const uint8_t* table) { return hn::TableLookupBytesOr0(x, hn::Load(d, table)); };
+  return hn::Xor3(shuffle(x0, tables[0]), shuffle(x1, tables[1]), shuffle(x2, tables[2]));
 }
 
 }  // namespace bytes3
@@ -63,26 +66,19 @@ template <class D>
 HWY_INLINE void LoadInterleavedBytes3(D d, const uint8_t* HWY_RESTRICT p, hn::Vec<D>& v0, hn::Vec<D>& v1,
                                       hn::Vec<D>& v2) {
   using bytes3::kTables;
-  using bytes3::Shuffle;
   hn::Vec<D> a, b, c;
   hn::detail::LoadTransposedBlocks3(d, p, a, b, c);
-  hn::Vec<D>* channels[3] = {&v0, &v1, &v2};
-  for (size_t ch = 0; ch < 3; ++ch) {
-    const auto& gather = kTables.gather[ch];
-    *channels[ch] = hn::Xor3(Shuffle(d, a, gather[0]), Shuffle(d, b, gather[1]), Shuffle(d, c, gather[2]));
-  }
+  v0 = bytes3::Merge(d, a, b, c, kTables.gather[0]);
+  v1 = bytes3::Merge(d, a, b, c, kTables.gather[1]);
+  v2 = bytes3::Merge(d, a, b, c, kTables.gather[2]);
 }
 
 template <class D>
 HWY_INLINE void StoreInterleavedBytes3(hn::Vec<D> v0, hn::Vec<D> v1, hn::Vec<D> v2, D d, uint8_t* HWY_RESTRICT p) {
   using bytes3::kTables;
-  using bytes3::Shuffle;
-  hn::Vec<D> parts[3];
-  for (size_t k = 0; k < 3; ++k) {
-    const auto& s = kTables.scatter;
-    parts[k] = hn::Xor3(Shuffle(d, v0, s[0][k]), Shuffle(d, v1, s[1][k]), Shuffle(d, v2, s[2][k]));
-  }
-  hn::detail::StoreTransposedBlocks3(parts[0], parts[1], parts[2], d, p);
+  hn::detail::StoreTransposedBlocks3(bytes3::Merge(d, v0, v1, v2, kTables.scatter[0]),
+                                     bytes3::Merge(d, v0, v1, v2, kTables.scatter[1]),
+                                     bytes3::Merge(d, v0, v1, v2, kTables.scatter[2]), d, p);
 }
 #else
 template <class D>
