@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cpu/orvikInternal.h"
+#include "support/entry_test.h"
 #include "support/filter_reference.h"
 
 namespace {
@@ -134,10 +135,7 @@ TEST(BoxFilter, VectorMatchesPortableOnEveryTarget) {
   });
 }
 
-class BoxEntries : public ::testing::Test {
- protected:
-  void SetUp() override { ASSERT_EQ(ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE), 0); }
-};
+class BoxEntries : public EntryTest {};
 
 // The table's kernels with padded strides; the status entry also packed
 // (stride 0).

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cpu/orvikInternal.h"
+#include "support/entry_test.h"
 #include "support/gradient_reference.h"
 #include "support/guarded_image.h"
 #include "support/log_capture.h"
@@ -61,10 +62,8 @@ std::vector<uint8_t> pixelsOf(const GuardedImage& image) {
   return pixels;
 }
 
-class Canny : public ::testing::Test {
+class Canny : public EntryTest {
  protected:
-  void SetUp() override { ASSERT_EQ(ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE), 0); }
-
   // Runs every entry, into padded destinations where they take a stride (the
   // first generation only on packed sources); all must give the same map.
   std::vector<uint8_t> detect(const GuardedImage& src, int low, int high) {

@@ -14,6 +14,7 @@
 
 #include "cpu/orvikInternal.h"
 #include "support/color_reference.h"
+#include "support/entry_test.h"
 #include "support/fake_backends.h"
 #include "support/guarded_image.h"
 #include "support/log_capture.h"
@@ -250,14 +251,8 @@ const EntryPair kEntries[] = {OVK_LAYOUTS(RGB565), OVK_LAYOUTS(RGB888), OVK_LAYO
 #undef OVK_LAYOUTS
 #undef OVK_PAIR
 
-class ColorFromRgbEntries : public ::testing::Test {
+class ColorFromRgbEntries : public EntryTest {
  protected:
-  void SetUp() override { ASSERT_EQ(ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE), 0); }
-  void TearDown() override {
-    unsetenv("RUNTIME_ORVIK_LOG");
-    ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE);
-  }
-
   // Both layouts of one entry pair on one random image; `packed` passes zero
   // strides over buffers with no padding.
   static void checkEntryPair(const EntryPair& entry, uint32_t w, uint32_t h, bool packed, std::mt19937& rng) {

@@ -14,6 +14,7 @@
 
 #include "cpu/orvikColorToRgb.h"
 #include "support/color_reference.h"
+#include "support/entry_test.h"
 #include "support/guarded_image.h"
 #include "support/log_capture.h"
 
@@ -352,10 +353,7 @@ TEST(YccToRgbConversions, CameraAndBlockFramesMatchTheFormula) {
 
 // ---- Entries ----------------------------------------------------------------------------------
 
-class YccToRgbEntries : public ::testing::Test {
- protected:
-  void SetUp() override { ASSERT_EQ(ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE), 0); }
-};
+class YccToRgbEntries : public EntryTest {};
 
 // The other sub-sampled members end the process on a width of 1 instead.
 bool refusesOneColumn(const Member& m) { return m.name == "ovkColorYCbCr422PseudoPlanarToRGB888u8"; }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cpu/orvikInternal.h"
+#include "support/entry_test.h"
 #include "support/filter_reference.h"
 
 namespace {
@@ -86,10 +87,7 @@ TEST(Gaussian3x3, VectorMatchesPortableOnEveryTarget) {
   });
 }
 
-class Gaussian3x3Entries : public ::testing::Test {
- protected:
-  void SetUp() override { ASSERT_EQ(ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE), 0); }
-};
+class Gaussian3x3Entries : public EntryTest {};
 
 // Stride 0 means packed.
 TEST_F(Gaussian3x3Entries, AllGenerationsFilterThroughTheTable) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cpu/orvikInternal.h"
+#include "support/entry_test.h"
 #include "support/fake_backends.h"
 #include "support/filter_reference.h"
 
@@ -200,10 +201,7 @@ TEST(Gaussian5x5, VectorMatchesPortableOnEveryTarget) {
   });
 }
 
-class Gaussian5x5Entries : public ::testing::Test {
- protected:
-  void SetUp() override { ASSERT_EQ(ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE), 0); }
-};
+class Gaussian5x5Entries : public EntryTest {};
 
 // Both generations on a packed image (`_v2` with strides 0); three rows of
 // s16 have no interior, all of it is band.

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cpu/orvikInternal.h"
+#include "support/entry_test.h"
 #include "support/gradient_reference.h"
 #include "support/guarded_image.h"
 #include "support/log_capture.h"
@@ -177,9 +178,8 @@ void expectFormula(const Entry& e, const GuardedImage& src, const Outputs& out) 
       }
 }
 
-class Gradients : public ::testing::Test {
+class Gradients : public EntryTest {
  protected:
-  void SetUp() override { ASSERT_EQ(ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE), 0); }
   std::mt19937 rng{31};
 };
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cpu/orvikInternal.h"
+#include "support/entry_test.h"
 #include "support/fake_backends.h"
 #include "support/filter_reference.h"
 
@@ -77,14 +78,7 @@ TEST(Median3x3, VectorMatchesPortableOnEveryTarget) {
   });
 }
 
-class Median3x3Entries : public ::testing::Test {
- protected:
-  void SetUp() override { ASSERT_EQ(ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE), 0); }
-  void TearDown() override {
-    unsetenv("RUNTIME_ORVIK_LOG");
-    ovkSetOperationMode(ORVIK_OP_CPU_PERFORMANCE);
-  }
-};
+class Median3x3Entries : public EntryTest {};
 
 // Stride 0 means packed.
 TEST_F(Median3x3Entries, AllGenerationsFilterThroughTheTable) {
