@@ -18,6 +18,7 @@
 
 #include "cpu/orvikColorToRgb.h"
 #include "pelar/orvikBytes3-inl.h"
+#include "pelar/orvikLoopConstant-inl.h"
 #include "pelar/orvikPelar.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -84,7 +85,7 @@ class Pixels {
             ChannelTerm<A.b.cb, A.b.cr, A.b.offset>(u, v)};
   }
 
-  HWY_INLINE static VU EvenBytes(V8 v) { return hn::And(hn::BitCast(DU(), v), hn::Set(DU(), 0xFF)); }
+  HWY_INLINE static VU EvenBytes(V8 v) { return hn::And(hn::BitCast(DU(), v), LoopConstant(DU(), 0xFF)); }
   HWY_INLINE static VU OddBytes(V8 v) { return hn::ShiftRight<8>(hn::BitCast(DU(), v)); }
 
   // The three channels of Lanes(D8) pixels in pixel order, even pixels with
@@ -147,7 +148,7 @@ class Pixels {
   HWY_INLINE static VI Centred(VU c) {
     const VI s = hn::BitCast(DI(), c);
     const VI scaled = A.chromaScale == 2 ? hn::Add(s, s) : s;
-    return hn::Sub(scaled, hn::Set(DI(), int16_t(A.chromaCentre)));
+    return hn::Sub(scaled, LoopConstant(DI(), int16_t(A.chromaCentre)));
   }
 
   struct Exact {
@@ -165,24 +166,25 @@ class Pixels {
     if constexpr (kWeight == 0) {
       return {hn::Zero(di), hn::Zero(du)};
     } else {
-      const VI weight = hn::Set(di, int16_t(kWeight));
+      const VI weight = LoopConstant(di, int16_t(kWeight));
       const VU low = hn::BitCast(du, hn::Mul(x, weight));
       const VI high = hn::MulHigh(x, weight);
       return {hn::Add(hn::ShiftLeft<16 - kShift>(high), hn::BitCast(di, hn::ShiftRight<kShift>(low))),
-              hn::And(low, hn::Set(du, uint16_t((1 << kShift) - 1)))};
+              hn::And(low, LoopConstant(du, uint16_t((1 << kShift) - 1)))};
     }
   }
 
   template <int32_t kConstant>
   HWY_INLINE static Exact Constant() {
-    return {hn::Set(DI(), int16_t(kConstant >> kShift)), hn::Set(DU(), uint16_t(kConstant & ((1 << kShift) - 1)))};
+    return {LoopConstant(DI(), int16_t(kConstant >> kShift)),
+            LoopConstant(DU(), uint16_t(kConstant & ((1 << kShift) - 1)))};
   }
 
   // Remainders stay below 2^shift, so two of them fit 16 bits.
   HWY_INLINE static Exact Sum(const Exact& a, const Exact& b) {
     const VU remainder = hn::Add(a.remainder, b.remainder);
     return {hn::Add(hn::Add(a.quotient, b.quotient), hn::BitCast(DI(), hn::ShiftRight<kShift>(remainder))),
-            hn::And(remainder, hn::Set(DU(), uint16_t((1 << kShift) - 1)))};
+            hn::And(remainder, LoopConstant(DU(), uint16_t((1 << kShift) - 1)))};
   }
 
   // c >> a as the pair (add, subtract): the quotient q = c >> shift and
@@ -211,36 +213,36 @@ class Pixels {
   // G is (k (256 - Cr) >> 3) + (k' / 8)(256 - Cb) - 16 (k + k') for its
   // weights -k of v and -k' of u, k' a multiple of 8; the product by k' / 8
   // is the high half of ((256 - Cb) << 7)((k' / 8) << 9).  B, with a bias too
-  // large, is split by the sign of u: k u >> 3 = (k / 8) u + ((k % 8) u >> 3).
+  // large, is split by the sign of u: k u >> 3 = (k / 8) u + (2 u >> 3) with
+  // k % 8 = 2, and 2 u >> 3 = u >> 2.
   HWY_INLINE static Terms VideoRangeQ10TermsOf(VU cb, VU cr) {
     static_assert(kA == 3 && A.chromaScale == 1 && A.chromaCentre == 128, "shift and chroma as assumed");
     static_assert(A.r.cb == 0 && A.r.offset == 0 && A.r.cr > 0 && (A.r.cr << 5) <= 65535, "R as assumed");
     static_assert(A.g.offset == 0 && A.g.cr < 0 && (-A.g.cr << 6) <= 65535 && A.g.cb < 0 && A.g.cb % 8 == 0 &&
                       (-A.g.cb / 8 << 9) <= 65535 && 16 * -(A.g.cr + A.g.cb) <= 32768,
                   "G as assumed");
-    static_assert(A.b.cr == 0 && A.b.offset == 0 && A.b.cb > 0, "B as assumed");
+    static_assert(A.b.cr == 0 && A.b.offset == 0 && A.b.cb > 0 && A.b.cb % 8 == 2, "B as assumed");
     const DU du;
     const DI di;
-    const VU full = hn::Set(du, 256);
-    const Term r = {hn::MulHigh(hn::ShiftLeft<8>(cr), hn::Set(du, uint16_t(A.r.cr << 5))),
-                    hn::Set(du, uint16_t(16 * A.r.cr))};
-    const VU gFromCr = hn::MulHigh(hn::ShiftLeft<7>(hn::Sub(full, cr)), hn::Set(du, uint16_t(-A.g.cr << 6)));
-    const VU gFromCb = hn::MulHigh(hn::ShiftLeft<7>(hn::Sub(full, cb)), hn::Set(du, uint16_t(-A.g.cb / 8 << 9)));
-    const Term g = {hn::Add(gFromCr, gFromCb), hn::Set(du, uint16_t(16 * -(A.g.cr + A.g.cb)))};
-    const VI u = hn::Sub(hn::BitCast(di, cb), hn::Set(di, 128));
-    const VI scaled = hn::Add(hn::Mul(u, hn::Set(di, int16_t(A.b.cb / 8))),
-                              hn::ShiftRight<3>(hn::Mul(u, hn::Set(di, int16_t(A.b.cb % 8)))));
+    const VU full = LoopConstant(du, 256);
+    const Term r = {hn::MulHigh(hn::ShiftLeft<8>(cr), LoopConstant(du, uint16_t(A.r.cr << 5))),
+                    LoopConstant(du, uint16_t(16 * A.r.cr))};
+    const VU gFromCr = hn::MulHigh(hn::ShiftLeft<7>(hn::Sub(full, cr)), LoopConstant(du, uint16_t(-A.g.cr << 6)));
+    const VU gFromCb = hn::MulHigh(hn::ShiftLeft<7>(hn::Sub(full, cb)), LoopConstant(du, uint16_t(-A.g.cb / 8 << 9)));
+    const Term g = {hn::Add(gFromCr, gFromCb), LoopConstant(du, uint16_t(16 * -(A.g.cr + A.g.cb)))};
+    const VI u = hn::Sub(hn::BitCast(di, cb), LoopConstant(di, 128));
+    const VI scaled = hn::Add(hn::Mul(u, LoopConstant(di, int16_t(A.b.cb / 8))), hn::ShiftRight<2>(u));
     return {r, g, Split(hn::BitCast(du, scaled), hn::BitCast(du, hn::ShiftRight<15>(u)))};
   }
 
   // M L of the even and the odd pixels.
   HWY_INLINE static void WeightedLuma(V8 luma, VU& even, VU& odd) {
-    if constexpr (A.lumaFloor != 0) luma = hn::SaturatedSub(luma, hn::Set(D8(), uint8_t(A.lumaFloor)));
+    if constexpr (A.lumaFloor != 0) luma = hn::SaturatedSub(luma, LoopConstant(D8(), uint8_t(A.lumaFloor)));
     even = EvenBytes(luma);
     odd = OddBytes(luma);
     if constexpr (kM != 1) {
-      even = hn::Mul(even, hn::Set(DU(), uint16_t(kM)));
-      odd = hn::Mul(odd, hn::Set(DU(), uint16_t(kM)));
+      even = hn::Mul(even, LoopConstant(DU(), uint16_t(kM)));
+      odd = hn::Mul(odd, LoopConstant(DU(), uint16_t(kM)));
     }
   }
 
@@ -249,13 +251,13 @@ class Pixels {
   HWY_INLINE static VU Channel(VU weightedLuma, const Term& term) {
     const VU sum = hn::SaturatedSub(hn::SaturatedAdd(weightedLuma, term.add), term.subtract);
     if constexpr (kP == 7) return hn::SaturatedAdd(sum, sum);
-    return hn::ShiftLeft<8>(hn::Min(hn::ShiftRight<kP>(sum), hn::Set(DU(), 255)));
+    return hn::ShiftLeft<8>(hn::Min(hn::ShiftRight<kP>(sum), LoopConstant(DU(), 255)));
   }
 
   // The positive and the negative part of add - subtract, each at most
   // 255, as bytes in pixel order.
   HWY_INLINE static ChannelBytes BytesOf(const Term& even, const Term& odd) {
-    const VU most = hn::Set(DU(), 255);
+    const VU most = LoopConstant(DU(), 255);
     const auto inPixelOrder = [](VU evenPart, VU oddPart) {
       return hn::BitCast(D8(), hn::Or(evenPart, hn::ShiftLeft<8>(oddPart)));
     };
@@ -271,8 +273,8 @@ class Pixels {
 
   HWY_INLINE static VU Rgb565(VU r, VU g, VU b) {
     const DU du;
-    return hn::Or(hn::Or(hn::ShiftRight<11>(r), hn::And(hn::ShiftRight<5>(g), hn::Set(du, 0x07E0))),
-                  hn::And(b, hn::Set(du, 0xF800)));
+    return hn::Or(hn::Or(hn::ShiftRight<11>(r), hn::And(hn::ShiftRight<5>(g), LoopConstant(du, 0x07E0))),
+                  hn::And(b, LoopConstant(du, 0xF800)));
   }
 };
 
@@ -329,7 +331,7 @@ HWY_INLINE void StoreRgbaInBlockOrder(hn::Vec<D8> r, hn::Vec<D8> g, hn::Vec<D8> 
   const hn::RepartitionToWide<D8> d16;
   const D32 d32;
   const auto rgLow = hn::ZipLower(d16, r, g), rgHigh = hn::ZipUpper(d16, r, g);
-  const auto baLow = hn::ZipLower(d16, b, hn::Set(d8, 255)), baHigh = hn::ZipUpper(d16, b, hn::Set(d8, 255));
+  const auto baLow = hn::ZipLower(d16, b, LoopConstant(d8, 255)), baHigh = hn::ZipUpper(d16, b, LoopConstant(d8, 255));
   const size_t bytes = hn::Lanes(d8);
   hn::StoreU(hn::BitCast(d8, hn::ZipLower(d32, rgLow, baLow)), d8, out);
   hn::StoreU(hn::BitCast(d8, hn::ZipUpper(d32, rgLow, baLow)), d8, out + bytes);
