@@ -2,7 +2,7 @@
 // pixels in 16-bit lanes, so that lane i of both halves meets chroma sample i
 // of a subsampled row without any shuffling; each channel ends in the high
 // byte of its lanes, and one blend of the two halves puts the bytes back in
-// pixel order.  The fixed-point sums exceed 16 bits; with
+// pixel order (one permute of both, with VBMI).  The fixed-point sums exceed 16 bits; with
 // lumaWeight = M 2^a (M odd, or a = shift) and p = shift - a,
 //   (lumaWeight L + c) >> shift = (M L + (c >> a)) >> p,
 // since lumaWeight L is a multiple of 2^a.  c >> a is carried as a pair
@@ -58,6 +58,21 @@ constexpr int TrailingZeros(int32_t v, int limit) {
   return limit == 0 || (v & 1) ? 0 : 1 + TrailingZeros(v >> 1, limit - 1);
 }
 
+// A channel's bytes in pixel order from its even and its odd pixels, each in
+// the high byte of its 16-bit lanes.
+template <class D8, class VU>
+HWY_INLINE hn::Vec<D8> JoinInPixelOrder(D8 d8, VU even, VU odd) {
+  return hn::OddEven(hn::BitCast(d8, odd), hn::BitCast(d8, hn::ShiftRight<8>(even)));
+}
+
+template <class D8>
+struct PixelOrder {
+  template <class VU>
+  HWY_INLINE hn::Vec<D8> Join(VU even, VU odd) const {
+    return JoinInPixelOrder(D8(), even, odd);
+  }
+};
+
 template <const ovkYccArithmetic& A, class D8>
 class Pixels {
  public:
@@ -94,7 +109,7 @@ class Pixels {
     V8 r, g, b;
   };
   HWY_INLINE static Channels Convert(V8 luma, const Terms& even, const Terms& odd) {
-    return ConvertPrepared(luma, Prepare(even, odd));
+    return ConvertPrepared(luma, Prepare(even, odd), PixelOrder<D8>());
   }
 
   // With a luma weight of one the channel is clamp(Y + (c >> shift)), which
@@ -122,18 +137,22 @@ class Pixels {
     }
   }
 
-  HWY_INLINE static Channels ConvertPrepared(V8 luma, const PreparedBytes& p) {
+  // Bytewise channels come in the order of the luma bytes; joined ones in
+  // the order `order` joins them.
+  template <class Order>
+  HWY_INLINE static Channels ConvertPrepared(V8 luma, const PreparedBytes& p, const Order&) {
     return {hn::SaturatedSub(hn::SaturatedAdd(luma, p.r.add), p.r.subtract),
             hn::SaturatedSub(hn::SaturatedAdd(luma, p.g.add), p.g.subtract),
             hn::SaturatedSub(hn::SaturatedAdd(luma, p.b.add), p.b.subtract)};
   }
 
-  HWY_INLINE static Channels ConvertPrepared(V8 luma, const PreparedTerms& p) {
+  template <class Order>
+  HWY_INLINE static Channels ConvertPrepared(V8 luma, const PreparedTerms& p, const Order& order) {
     VU lumaEven, lumaOdd;
     WeightedLuma(luma, lumaEven, lumaOdd);
-    return {Join(Channel(lumaEven, p.even.r), Channel(lumaOdd, p.odd.r)),
-            Join(Channel(lumaEven, p.even.g), Channel(lumaOdd, p.odd.g)),
-            Join(Channel(lumaEven, p.even.b), Channel(lumaOdd, p.odd.b))};
+    return {order.Join(Channel(lumaEven, p.even.r), Channel(lumaOdd, p.odd.r)),
+            order.Join(Channel(lumaEven, p.even.g), Channel(lumaOdd, p.odd.g)),
+            order.Join(Channel(lumaEven, p.even.b), Channel(lumaOdd, p.odd.b))};
   }
 
   // RGB565 words of the even and the odd pixels.
@@ -267,10 +286,6 @@ class Pixels {
                          hn::Min(hn::SaturatedSub(odd.subtract, odd.add), most))};
   }
 
-  HWY_INLINE static V8 Join(VU even, VU odd) {
-    return hn::OddEven(hn::BitCast(D8(), odd), hn::BitCast(D8(), hn::ShiftRight<8>(even)));
-  }
-
   HWY_INLINE static VU Rgb565(VU r, VU g, VU b) {
     const DU du;
     return hn::Or(hn::Or(hn::ShiftRight<11>(r), hn::And(hn::ShiftRight<5>(g), LoopConstant(du, 0x07E0))),
@@ -301,29 +316,78 @@ using D32 = hn::Repartition<uint32_t, D8>;
 // RGBA is stored with byte and word zips inside each 16-byte block, which
 // leaves 4-pixel group k of block b of the zipped vectors for memory group
 // (k * blocks + b).  Loading pixel groups in that order spares the shuffles
-// across blocks.
-class BlockOrder {
- public:
-  // Only RGBA rows are reordered, and only vectors of several blocks.
-  explicit BlockOrder(bool reorder) : active_(reorder && hn::Lanes(D32()) > 4), indices_(GroupOrder()) {}
+// across blocks.  Where the channels are joined from even and odd pixels on
+// a target that permutes bytes across two vectors (VBMI), the join puts the
+// pixels in that order instead, and the loads keep memory order.
+constexpr size_t kVectorBytes = hn::MaxLanes(D8());
 
+// Group k * blocks + b of 4 pixels, at group lane 4 b + k.
+constexpr size_t StoredGroup(size_t lane) { return (lane & 3) * (kVectorBytes / 16) + (lane >> 2); }
+
+template <class T, size_t kLanes>
+struct LaneTable {
+  alignas(64) T lanes[kLanes];
+};
+
+template <class T, size_t kLanes, class Lane>
+constexpr LaneTable<T, kLanes> MakeLaneTable(Lane lane) {
+  LaneTable<T, kLanes> table{};
+  for (size_t i = 0; i < kLanes; ++i) table.lanes[i] = T(lane(i));
+  return table;
+}
+
+#if HWY_TARGET == HWY_AVX3_DL
+constexpr bool kJoinPermutes = true;
+
+// Byte i of a join takes even pixel n from byte n + 1 of the even lanes and
+// odd pixel n from byte n of the odd lanes, which the permute numbers after
+// the even ones.
+constexpr uint8_t JoinIndex(size_t pixel) { return uint8_t(pixel % 2 ? kVectorBytes + pixel : pixel + 1); }
+constexpr auto kJoinInPixelOrder = MakeLaneTable<uint8_t, kVectorBytes>(JoinIndex);
+constexpr auto kJoinInBlockOrder =
+    MakeLaneTable<uint8_t, kVectorBytes>([](size_t i) { return JoinIndex(StoredGroup(i / 4) * 4 + i % 4); });
+#else
+constexpr bool kJoinPermutes = false;
+#endif
+constexpr auto kStoredGroups = MakeLaneTable<uint32_t, kVectorBytes / 4>(StoredGroup);
+
+class StoreOrder {
+ public:
+  // `blocks`: the rows are RGBA, stored in block order; `joined`: the
+  // arithmetic joins even and odd pixels.
+  StoreOrder(bool blocks, bool joined)
+      : reorderLoads_(blocks && kVectorBytes > 16 && !(kJoinPermutes && joined)),
+        groups_(hn::IndicesFromVec(D32(), hn::Load(D32(), kStoredGroups.lanes)))
+#if HWY_TARGET == HWY_AVX3_DL
+        ,
+        join_(hn::Load(D8(), blocks ? kJoinInBlockOrder.lanes : kJoinInPixelOrder.lanes))
+#endif
+  {
+  }
+
+  // Loaded luma or chroma in the order the store wants.
   template <class V>
   V Apply(V v) const {
-    if (!active_) return v;
-    return hn::BitCast(hn::DFromV<V>(), hn::TableLookupLanes(hn::BitCast(D32(), v), indices_));
+    if (!reorderLoads_) return v;
+    return hn::BitCast(hn::DFromV<V>(), hn::TableLookupLanes(hn::BitCast(D32(), v), groups_));
+  }
+
+  template <class VU>
+  HWY_INLINE hn::Vec<D8> Join(VU even, VU odd) const {
+#if HWY_TARGET == HWY_AVX3_DL
+    const D8 d8;
+    return hn::Vec<D8>{_mm512_permutex2var_epi8(hn::BitCast(d8, even).raw, join_.raw, hn::BitCast(d8, odd).raw)};
+#else
+    return JoinInPixelOrder(D8(), even, odd);
+#endif
   }
 
  private:
-  // Lane 4 b + k takes group k * blocks + b.
-  static decltype(hn::IndicesFromVec(D32(), hn::Zero(D32()))) GroupOrder() {
-    const D32 d32;
-    const auto lane = hn::Iota(d32, 0);
-    const auto blocks = hn::Set(d32, uint32_t(hn::Lanes(d32) / 4));
-    return hn::IndicesFromVec(d32, hn::Add(hn::Mul(hn::And(lane, hn::Set(d32, 3)), blocks), hn::ShiftRight<2>(lane)));
-  }
-
-  bool active_;
-  decltype(hn::IndicesFromVec(D32(), hn::Zero(D32()))) indices_;
+  bool reorderLoads_;
+  decltype(hn::IndicesFromVec(D32(), hn::Zero(D32()))) groups_;
+#if HWY_TARGET == HWY_AVX3_DL
+  hn::Vec<D8> join_;  // byte indices of the permute
+#endif
 };
 
 HWY_INLINE void StoreRgbaInBlockOrder(hn::Vec<D8> r, hn::Vec<D8> g, hn::Vec<D8> b, uint8_t* out) {
@@ -342,7 +406,7 @@ HWY_INLINE void StoreRgbaInBlockOrder(hn::Vec<D8> r, hn::Vec<D8> g, hn::Vec<D8> 
 // The chroma terms of one step of a subsampled row, shared by the even and
 // the odd pixels.
 template <class P>
-HWY_INLINE typename P::Terms SubsampledTerms(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
+HWY_INLINE typename P::Terms SubsampledTerms(const ovkYccRowJob& job, size_t x, const StoreOrder& order) {
   using DU = typename P::DU;
   const DU du;
   const size_t sample = x / 2;
@@ -364,7 +428,7 @@ struct PixelTerms {
 // The chroma terms of the even and the odd pixels of one step of a row with
 // a sample per pixel.
 template <class P>
-HWY_INLINE PixelTerms<P> FullTerms(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
+HWY_INLINE PixelTerms<P> FullTerms(const ovkYccRowJob& job, size_t x, const StoreOrder& order) {
   const D8 d8;
   hn::Vec<D8> cb, cr;
   if (job.chromaStep == 1) {
@@ -383,7 +447,7 @@ HWY_INLINE PixelTerms<P> FullTerms(const ovkYccRowJob& job, size_t x, const Bloc
 
 // Converts the job's rows at pixel x with the terms of their even and odd pixels.
 template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror, class Terms>
-HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const BlockOrder& order, const Terms& even,
+HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const StoreOrder& order, const Terms& even,
                             const Terms& odd) {
   using P = Pixels<A, D8>;
   const D8 d8;
@@ -395,10 +459,10 @@ HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const BlockOrder&
       P::Convert565(luma, even, odd, evenWords, oddWords);
       Store565<kMirror>(typename P::DU(), evenWords, oddWords, job.out[r], x, job.width);
     } else if constexpr (F == ovkRgbFormat::kRgb888) {
-      const typename P::Channels c = P::ConvertPrepared(luma, prepared);
+      const typename P::Channels c = P::ConvertPrepared(luma, prepared, order);
       StoreInterleavedBytes3(c.r, c.g, c.b, d8, job.out[r] + x * 3);
     } else {
-      const typename P::Channels c = P::ConvertPrepared(luma, prepared);
+      const typename P::Channels c = P::ConvertPrepared(luma, prepared, order);
       StoreRgbaInBlockOrder(c.r, c.g, c.b, job.out[r] + x * 4);
     }
   }
@@ -406,7 +470,7 @@ HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const BlockOrder&
 
 // One vector step of a row job at pixel x, which is even for subsampled rows.
 template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror>
-HWY_INLINE void ConvertStep(const ovkYccRowJob& job, size_t x, const BlockOrder& order) {
+HWY_INLINE void ConvertStep(const ovkYccRowJob& job, size_t x, const StoreOrder& order) {
   using P = Pixels<A, D8>;
   if (job.subsampled) {
     const typename P::Terms terms = SubsampledTerms<P>(job, x, order);
@@ -425,7 +489,7 @@ struct VectorRows {
     const size_t pixels = hn::Lanes(D8());
     const uint32_t paired = job.subsampled ? job.width & ~1u : job.width;
     if (paired < pixels) return ovkConvertYccColumnsC<F, kMirror>(A, job, 0, job.width);
-    const BlockOrder order(F == ovkRgbFormat::kRgbA8888);
+    const StoreOrder order(F == ovkRgbFormat::kRgbA8888, !Pixels<A, D8>::kBytewise);
     for (size_t x = 0; x < paired; x += pixels) ConvertStep<A, F, kMirror>(job, std::min(x, paired - pixels), order);
     ovkConvertYccColumnsC<F, kMirror>(A, job, paired, job.width);
   }

@@ -17,6 +17,19 @@ namespace ovk {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
+// The low bytes of 32-bit lanes.  On AVX3_DL, Highway 1.0.3's truncations
+// to bytes permute with mismatched indices and pick the wrong bytes;
+// U8FromU32 has no such path.
+template <class D8, class V32>
+HWY_INLINE hn::Vec<D8> LowBytes(D8 d8, V32 v) {
+#if HWY_TARGET == HWY_AVX3_DL
+  (void)d8;
+  return hn::U8FromU32(v);
+#else
+  return hn::TruncateTo(d8, v);
+#endif
+}
+
 // Outputs per strip; with the halo its sums fit a few KiB of stack.
 constexpr size_t kStripOutputs = 512;
 
@@ -256,7 +269,7 @@ struct Binomial11x11u8 {
   }
 
   // Pixels of at most 255 keep their value in the low byte.
-  void Store(hn::Vec<D32> pixels, uint8_t* out) const { hn::StoreU(hn::TruncateTo(d8, pixels), d8, out); }
+  void Store(hn::Vec<D32> pixels, uint8_t* out) const { hn::StoreU(LowBytes(d8, pixels), d8, out); }
 };
 
 // The interior, and with `sides` the band pixels of the interior rows, taken
@@ -332,7 +345,7 @@ void BandRowu8(const uint8_t* src, uint32_t width, uint32_t height, uint32_t src
       const auto remainder = hn::Sub(dividend, hn::Mul(quotient, divisor));
       quotient = hn::IfThenElse(hn::Lt(remainder, hn::Zero(di)), hn::Sub(quotient, hn::Set(di, 1)), quotient);
       quotient = hn::IfThenElse(hn::Lt(remainder, divisor), quotient, hn::Add(quotient, hn::Set(di, 1)));
-      hn::StoreU(hn::TruncateTo(d8, hn::BitCast(d32, quotient)), d8, out + Radius + begin + i);
+      hn::StoreU(LowBytes(d8, hn::BitCast(d32, quotient)), d8, out + Radius + begin + i);
     });
   });
 }
