@@ -58,18 +58,13 @@ constexpr int TrailingZeros(int32_t v, int limit) {
   return limit == 0 || (v & 1) ? 0 : 1 + TrailingZeros(v >> 1, limit - 1);
 }
 
-// A channel's bytes in pixel order from its even and its odd pixels, each in
-// the high byte of its 16-bit lanes.
-template <class D8, class VU>
-HWY_INLINE hn::Vec<D8> JoinInPixelOrder(D8 d8, VU even, VU odd) {
-  return hn::OddEven(hn::BitCast(d8, odd), hn::BitCast(d8, hn::ShiftRight<8>(even)));
-}
-
+// Joins a channel's even and odd pixels, each in the high byte of its 16-bit
+// lanes, into bytes in pixel order.
 template <class D8>
 struct PixelOrder {
   template <class VU>
-  HWY_INLINE hn::Vec<D8> Join(VU even, VU odd) const {
-    return JoinInPixelOrder(D8(), even, odd);
+  HWY_INLINE static hn::Vec<D8> Join(VU even, VU odd) {
+    return hn::OddEven(hn::BitCast(D8(), odd), hn::BitCast(D8(), hn::ShiftRight<8>(even)));
   }
 };
 
@@ -351,16 +346,18 @@ constexpr bool kJoinPermutes = false;
 #endif
 constexpr auto kStoredGroups = MakeLaneTable<uint32_t, kVectorBytes / 4>(StoredGroup);
 
+// `kBlocks`: the rows are RGBA, stored in block order; `kJoined`: the
+// arithmetic joins even and odd pixels.
+template <bool kBlocks, bool kJoined>
 class StoreOrder {
  public:
-  // `blocks`: the rows are RGBA, stored in block order; `joined`: the
-  // arithmetic joins even and odd pixels.
-  StoreOrder(bool blocks, bool joined)
-      : reorderLoads_(blocks && kVectorBytes > 16 && !(kJoinPermutes && joined)),
-        groups_(hn::IndicesFromVec(D32(), hn::Load(D32(), kStoredGroups.lanes)))
+  static constexpr bool kReorderLoads = kBlocks && kVectorBytes > 16 && !(kJoinPermutes && kJoined);
+
+  StoreOrder()
+      : groups_(hn::IndicesFromVec(D32(), hn::Load(D32(), kStoredGroups.lanes)))
 #if HWY_TARGET == HWY_AVX3_DL
         ,
-        join_(hn::Load(D8(), blocks ? kJoinInBlockOrder.lanes : kJoinInPixelOrder.lanes))
+        join_(hn::Load(D8(), kBlocks ? kJoinInBlockOrder.lanes : kJoinInPixelOrder.lanes))
 #endif
   {
   }
@@ -368,8 +365,11 @@ class StoreOrder {
   // Loaded luma or chroma in the order the store wants.
   template <class V>
   V Apply(V v) const {
-    if (!reorderLoads_) return v;
-    return hn::BitCast(hn::DFromV<V>(), hn::TableLookupLanes(hn::BitCast(D32(), v), groups_));
+    if constexpr (kReorderLoads) {
+      return hn::BitCast(hn::DFromV<V>(), hn::TableLookupLanes(hn::BitCast(D32(), v), groups_));
+    } else {
+      return v;
+    }
   }
 
   template <class VU>
@@ -378,12 +378,11 @@ class StoreOrder {
     const D8 d8;
     return hn::Vec<D8>{_mm512_permutex2var_epi8(hn::BitCast(d8, even).raw, join_.raw, hn::BitCast(d8, odd).raw)};
 #else
-    return JoinInPixelOrder(D8(), even, odd);
+    return PixelOrder<D8>::Join(even, odd);
 #endif
   }
 
  private:
-  bool reorderLoads_;
   decltype(hn::IndicesFromVec(D32(), hn::Zero(D32()))) groups_;
 #if HWY_TARGET == HWY_AVX3_DL
   hn::Vec<D8> join_;  // byte indices of the permute
@@ -405,8 +404,8 @@ HWY_INLINE void StoreRgbaInBlockOrder(hn::Vec<D8> r, hn::Vec<D8> g, hn::Vec<D8> 
 
 // The chroma terms of one step of a subsampled row, shared by the even and
 // the odd pixels.
-template <class P>
-HWY_INLINE typename P::Terms SubsampledTerms(const ovkYccRowJob& job, size_t x, const StoreOrder& order) {
+template <class P, class Order>
+HWY_INLINE typename P::Terms SubsampledTerms(const ovkYccRowJob& job, size_t x, const Order& order) {
   using DU = typename P::DU;
   const DU du;
   const size_t sample = x / 2;
@@ -427,8 +426,8 @@ struct PixelTerms {
 
 // The chroma terms of the even and the odd pixels of one step of a row with
 // a sample per pixel.
-template <class P>
-HWY_INLINE PixelTerms<P> FullTerms(const ovkYccRowJob& job, size_t x, const StoreOrder& order) {
+template <class P, class Order>
+HWY_INLINE PixelTerms<P> FullTerms(const ovkYccRowJob& job, size_t x, const Order& order) {
   const D8 d8;
   hn::Vec<D8> cb, cr;
   if (job.chromaStep == 1) {
@@ -446,8 +445,8 @@ HWY_INLINE PixelTerms<P> FullTerms(const ovkYccRowJob& job, size_t x, const Stor
 }
 
 // Converts the job's rows at pixel x with the terms of their even and odd pixels.
-template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror, class Terms>
-HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const StoreOrder& order, const Terms& even,
+template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror, class Order, class Terms>
+HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const Order& order, const Terms& even,
                             const Terms& odd) {
   using P = Pixels<A, D8>;
   const D8 d8;
@@ -469,8 +468,8 @@ HWY_INLINE void ConvertRows(const ovkYccRowJob& job, size_t x, const StoreOrder&
 }
 
 // One vector step of a row job at pixel x, which is even for subsampled rows.
-template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror>
-HWY_INLINE void ConvertStep(const ovkYccRowJob& job, size_t x, const StoreOrder& order) {
+template <const ovkYccArithmetic& A, ovkRgbFormat F, bool kMirror, class Order>
+HWY_INLINE void ConvertStep(const ovkYccRowJob& job, size_t x, const Order& order) {
   using P = Pixels<A, D8>;
   if (job.subsampled) {
     const typename P::Terms terms = SubsampledTerms<P>(job, x, order);
@@ -489,7 +488,7 @@ struct VectorRows {
     const size_t pixels = hn::Lanes(D8());
     const uint32_t paired = job.subsampled ? job.width & ~1u : job.width;
     if (paired < pixels) return ovkConvertYccColumnsC<F, kMirror>(A, job, 0, job.width);
-    const StoreOrder order(F == ovkRgbFormat::kRgbA8888, !Pixels<A, D8>::kBytewise);
+    const StoreOrder<F == ovkRgbFormat::kRgbA8888, !Pixels<A, D8>::kBytewise> order;
     for (size_t x = 0; x < paired; x += pixels) ConvertStep<A, F, kMirror>(job, std::min(x, paired - pixels), order);
     ovkConvertYccColumnsC<F, kMirror>(A, job, paired, job.width);
   }
