@@ -8,6 +8,17 @@
  *
  * Call ovkSetOperationMode() once before the first operation: it fills the
  * function tables that every entry dispatches through.
+ *
+ * Every entry checks its arguments before it touches a buffer.  On a failed
+ * check, entries without a result log "Assertion failed @<entry>:
+ * <condition>" (error priority, tag "orvik_lib_log") and return; entries
+ * returning ovkStatusCode return ORVIK_STATUS_BAD_PARAM without a log line.
+ * Besides the condition documented with it, every entry refuses that way a
+ * call in which a buffer would span 2^31 bytes or more ((rows - 1) x stride
+ * + row bytes, counted without overflow) or an output stride is below its
+ * row size (its rows would overlap, and the bytes left in them would depend
+ * on the order of the writes); the condition logged is then
+ * "output rows do not overlap && every buffer spans less than 2^31 bytes".
  */
 #ifndef ORVIK_H
 #define ORVIK_H

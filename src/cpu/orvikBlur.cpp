@@ -25,6 +25,7 @@ OVK_API void ovkFilterGaussian3x3u8(const uint8_t* src, uint32_t width, uint32_t
   const uint32_t impl = ovkSelectImpl<E>([&] { return ovkGpuTakesPacked(src, width, dst); },
                                          [&] { return ovkDspTakesPacked(src, width, height, dst); });
   OVK_REQUIRE(E, src && dst && width && height);
+  OVK_REQUIRE_SPANS(E, ovkInput(height, width, width), ovkOutput(height, width, width));
   ovkCallVoid<E>(impl, src, width, height, width, dst, width, blurBorder);
 }
 
@@ -39,6 +40,7 @@ OVK_API void ovkFilterGaussian3x3u8_v2(const uint8_t* src, uint32_t srcWidth, ui
       [&] { return ovkGpuTakesStrided(src, srcWidth, srcStride, dst, dstStride); },
       [&] { return ovkDspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride, ovkDspFloor::kFrom); });
   OVK_REQUIRE(E, src && dst && (srcWidth > 1) && (srcHeight > 1) && (srcStride >= srcWidth) && (dstStride >= srcWidth));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, blurBorder);
 }
 
@@ -53,6 +55,7 @@ OVK_API ovkStatusCode ovkFilterGaussian3x3u8_v3(const uint8_t* src, uint32_t src
       [&] { return ovkDspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride, ovkDspFloor::kFrom); });
   OVK_REQUIRE_STATUS(src && dst && srcWidth && srcHeight && borderType <= ORVIK_BORDER_REPLICATE &&
                      srcStride >= srcWidth && dstStride >= srcWidth);
+  OVK_REQUIRE_SPANS_STATUS(ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   return ovkCallStatus<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, borderType, borderValue);
 }
 

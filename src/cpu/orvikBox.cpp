@@ -8,6 +8,7 @@ OVK_API void ovkBoxFilter3x3u8(const uint8_t* src, uint32_t srcWidth, uint32_t s
   using E = ovkEntry::BoxFilter3x3u8;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && srcStride && dstStride && ( srcStride >=srcWidth ) && srcWidth > 2 && srcHeight > 2);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride);
 }
 
@@ -20,6 +21,7 @@ OVK_API ovkStatusCode ovkBoxFilter3x3u8_v2(const uint8_t* src, uint32_t srcWidth
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE_STATUS(src && dst && srcWidth && srcHeight && borderType <= ORVIK_BORDER_REPLICATE &&
                      srcStride >= srcWidth && dstStride >= srcWidth);
+  OVK_REQUIRE_SPANS_STATUS(ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   return ovkCallStatus<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, borderType, borderValue);
 }
 
@@ -28,6 +30,7 @@ OVK_API void ovkBoxFilter5x5u8(const uint8_t* src, uint32_t srcWidth, uint32_t s
   using E = ovkEntry::BoxFilter5x5u8;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && srcStride && dstStride && (srcStride >=srcWidth) && srcWidth > 4 && srcHeight > 4);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride);
 }
 
@@ -36,6 +39,7 @@ OVK_API void ovkBoxFilter11x11u8(const uint8_t* src, uint32_t srcWidth, uint32_t
   using E = ovkEntry::BoxFilter11x11u8;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && srcStride && dstStride && ( srcStride >=srcWidth) && srcWidth > 10 && srcHeight > 10);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride);
 }
 

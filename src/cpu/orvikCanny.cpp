@@ -11,6 +11,7 @@ OVK_API void ovkFilterCanny3x3u8(const uint8_t* src, uint32_t width, uint32_t he
   using E = ovkEntry::FilterCanny3x3u8;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && width && height && dst && (low <= high) && width > 2 && height > 2);
+  OVK_REQUIRE_SPANS(E, ovkInput(height, width, width), ovkOutput(height, width, width));
   ovkCallVoid<E>(impl, src, width, height, width, dst, width, low, high);
 }
 
@@ -21,6 +22,7 @@ OVK_API void ovkFilterCanny3x3u8_v2(const uint8_t* src, uint32_t srcWidth, uint3
   dstStride = ovkPackedStride(dstStride, srcWidth);
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && (dstStride >= srcWidth) && (low <= high) && srcWidth > 2 && srcHeight > 2);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, low, high);
 }
 
@@ -33,6 +35,9 @@ OVK_API void ovkFilterCanny3x3u8_v3(const uint8_t* src, uint32_t srcWidth, uint3
   gradStride = ovkPackedStride(gradStride, 2 * srcWidth);
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && (dstStride >= srcWidth) && (gradStride >= 2*srcWidth) && low <= high && srcWidth > 2 && srcHeight > 2);
+  // Gradient planes are written only when both are given.
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride),
+                    ovkOutput(gx && gy ? srcHeight : 0, uint64_t(srcWidth) * 2, gradStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, gx, gy, gradStride, low, high);
 }
 
@@ -43,6 +48,7 @@ OVK_API void ovkFilterCannyu8(const uint8_t* src, uint32_t srcWidth, uint32_t sr
   dstStride = ovkPackedStride(dstStride, srcWidth);
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && (dstStride >= srcWidth) && (low <= high) && srcWidth > 2 && srcHeight > 2);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, low, high);
 }
 

@@ -16,7 +16,7 @@ namespace {
 // no room.
 class Scratch {
  public:
-  explicit Scratch(size_t bytes) {
+  explicit Scratch(uint64_t bytes) {
     if (bytes <= UINT32_MAX) data_ = static_cast<uint8_t*>(ovkGetScratchBufferAligned_(uint32_t(bytes), 16));
   }
   ~Scratch() {
@@ -115,7 +115,9 @@ bool ovkCannyDetect(const ovkCannyPasses& passes, const uint8_t* src, uint32_t w
                     int32_t low, int32_t high) {
   const bool callerGradients = gx && gy;
   const size_t pixels = size_t(width) * height;
-  Scratch scratch(pixels * (2 + 1 + 4) + (callerGradients ? 0 : pixels * 4));
+  // Counted in 64 bits: on 32-bit processors the byte count of a large
+  // image would wrap around to a small buffer.
+  Scratch scratch(uint64_t(pixels) * (2 + 1 + 4) + (callerGradients ? 0 : uint64_t(pixels) * 4));
   if (!scratch.data()) return false;
   // Widest elements first, so that every plane is aligned to its type.
   auto* stack = reinterpret_cast<uint32_t*>(scratch.data());

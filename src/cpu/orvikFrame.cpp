@@ -19,6 +19,21 @@ void ovkLogAssertFailed(const char* name, const char* condition) {
   ovkLog(OVK_LOG_ERROR, OVK_LOG_TAG, "Assertion failed @%s: %s\n", name, condition);
 }
 
+const char kOvkSpanCondition[] = "output rows do not overlap && every buffer spans less than 2^31 bytes";
+
+bool ovkSpansFit(std::initializer_list<ovkSpan> spans) {
+  constexpr uint64_t kLimit = uint64_t(1) << 31;
+  for (const ovkSpan& span : spans) {
+    if (span.rows == 0) continue;
+    if (span.output && span.rows > 1 && span.stride < span.rowBytes) return false;
+    uint64_t end;
+    if (__builtin_mul_overflow(span.rows - 1, span.stride, &end) || __builtin_add_overflow(end, span.rowBytes, &end) ||
+        __builtin_add_overflow(end, span.offset, &end) || end >= kLimit)
+      return false;
+  }
+  return true;
+}
+
 void ovkLogNotConfigured(const char* name) {
   ovkLog(OVK_LOG_ERROR, OVK_LOG_TAG, "%s called before ovkSetOperationMode\n", name);
 }

@@ -15,6 +15,20 @@ uint32_t planarRowBytes(uint32_t srcWidth) {
   return srcWidth * uint32_t(sizeof(T));
 }
 
+// What the kernels write, in 64-bit sizes: interleaved outputs have a row of
+// srcWidth - 2 pairs for each interior source row; planar ones the source's
+// size.
+template <class T>
+ovkSpan interleavedOutput(uint32_t srcWidth, uint32_t srcHeight, uint32_t gradStride) {
+  const bool interior = srcWidth > 2 && srcHeight > 2;
+  return ovkOutput(interior ? srcHeight - 2 : 0, interior ? uint64_t(srcWidth - 2) * 2 * sizeof(T) : 0, gradStride);
+}
+
+template <class T>
+ovkSpan planarOutput(uint32_t srcWidth, uint32_t srcHeight, uint32_t dxyStride) {
+  return ovkOutput(srcHeight, uint64_t(srcWidth) * sizeof(T), dxyStride);
+}
+
 }  // namespace
 
 extern "C" {
@@ -26,6 +40,7 @@ OVK_API void ovkFilterSobel3x3u8(const uint8_t* src, uint32_t width, uint32_t he
   using E = ovkEntry::FilterSobel3x3u8;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && width && height && dst);
+  OVK_REQUIRE_SPANS(E, ovkInput(height, width, width), ovkOutput(height, width, width));
   ovkCallVoid<E>(impl, src, width, height, width, dst, width);
 }
 
@@ -36,6 +51,7 @@ OVK_API void ovkFilterSobel3x3u8_v2(const uint8_t* src, uint32_t srcWidth, uint3
   dstStride = ovkPackedStride(dstStride, srcWidth);
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && (dstStride >= srcWidth));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride);
 }
 
@@ -44,7 +60,10 @@ OVK_API void ovkImageGradientInterleaveds16(const uint8_t* src, uint32_t srcWidt
   using E = ovkEntry::ImageGradientInterleaveds16;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && gradients);
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, interleavedRowBytes<int16_t>(srcWidth));
+  const uint32_t gradStride = interleavedRowBytes<int16_t>(srcWidth);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride),
+                    interleavedOutput<int16_t>(srcWidth, srcHeight, gradStride));
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, gradStride);
 }
 
 OVK_API void ovkImageGradientInterleaveds16_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -54,6 +73,8 @@ OVK_API void ovkImageGradientInterleaveds16_v2(const uint8_t* src, uint32_t srcW
   gradStride = ovkPackedStride(gradStride, interleavedRowBytes<int16_t>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && gradients && (gradStride >= ((srcWidth-2)*2*sizeof(int16_t))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride),
+                    interleavedOutput<int16_t>(srcWidth, srcHeight, gradStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, gradStride);
 }
 
@@ -64,6 +85,8 @@ OVK_API void ovkImageGradientInterleavedf32(const uint8_t* src, uint32_t srcWidt
   const uint32_t impl = ovkSelectImpl<E>(
       ovkNoGpuForm, [&] { return ovkDspTakesStrided(src, srcWidth, srcHeight, srcStride, gradients, gradStride); });
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && gradients);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride),
+                    interleavedOutput<float>(srcWidth, srcHeight, gradStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, gradStride);
 }
 
@@ -75,6 +98,8 @@ OVK_API void ovkImageGradientInterleavedf32_v2(const uint8_t* src, uint32_t srcW
   const uint32_t impl = ovkSelectImpl<E>(
       ovkNoGpuForm, [&] { return ovkDspTakesStrided(src, srcWidth, srcHeight, srcStride, gradients, gradStride); });
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && gradients && (gradStride >= ((srcWidth-2)*2*sizeof(float))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride),
+                    interleavedOutput<float>(srcWidth, srcHeight, gradStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, gradStride);
 }
 
@@ -83,7 +108,9 @@ OVK_API void ovkImageGradientPlanars16(const uint8_t* src, uint32_t srcWidth, ui
   using E = ovkEntry::ImageGradientPlanars16;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dx && dy);
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, planarRowBytes<int16_t>(srcWidth));
+  const uint32_t dxyStride = planarRowBytes<int16_t>(srcWidth);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), planarOutput<int16_t>(srcWidth, srcHeight, dxyStride));
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
 OVK_API void ovkImageGradientPlanars16_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -93,6 +120,7 @@ OVK_API void ovkImageGradientPlanars16_v2(const uint8_t* src, uint32_t srcWidth,
   dxyStride = ovkPackedStride(dxyStride, planarRowBytes<int16_t>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dx && dy && (dxyStride >= (srcWidth*sizeof(int16_t))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), planarOutput<int16_t>(srcWidth, srcHeight, dxyStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
@@ -101,7 +129,9 @@ OVK_API void ovkImageGradientPlanarf32(const uint8_t* src, uint32_t srcWidth, ui
   using E = ovkEntry::ImageGradientPlanarf32;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dx && dy);
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, planarRowBytes<float>(srcWidth));
+  const uint32_t dxyStride = planarRowBytes<float>(srcWidth);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), planarOutput<float>(srcWidth, srcHeight, dxyStride));
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
 OVK_API void ovkImageGradientPlanarf32_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -111,6 +141,7 @@ OVK_API void ovkImageGradientPlanarf32_v2(const uint8_t* src, uint32_t srcWidth,
   dxyStride = ovkPackedStride(dxyStride, planarRowBytes<float>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dx && dy && (dxyStride >= (srcWidth*sizeof(float))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), planarOutput<float>(srcWidth, srcHeight, dxyStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
@@ -119,7 +150,10 @@ OVK_API void ovkImageGradientSobelInterleaveds16(const uint8_t* src, uint32_t sr
   using E = ovkEntry::ImageGradientSobelInterleaveds16;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && gradients);
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, interleavedRowBytes<int16_t>(srcWidth));
+  const uint32_t gradStride = interleavedRowBytes<int16_t>(srcWidth);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride),
+                    interleavedOutput<int16_t>(srcWidth, srcHeight, gradStride));
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, gradStride);
 }
 
 OVK_API void ovkImageGradientSobelInterleaveds16_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -129,6 +163,8 @@ OVK_API void ovkImageGradientSobelInterleaveds16_v2(const uint8_t* src, uint32_t
   gradStride = ovkPackedStride(gradStride, interleavedRowBytes<int16_t>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && gradients && (gradStride >= ((srcWidth-2)*2*sizeof(int16_t))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride),
+                    interleavedOutput<int16_t>(srcWidth, srcHeight, gradStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, gradStride);
 }
 
@@ -139,6 +175,8 @@ OVK_API void ovkImageGradientSobelInterleaveds16_v3(const uint8_t* src, uint32_t
   gradStride = ovkPackedStride(gradStride, interleavedRowBytes<int16_t>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && gradients && (gradStride >= ((srcWidth-2)*2*sizeof(int16_t))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride),
+                    interleavedOutput<int16_t>(srcWidth, srcHeight, gradStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, gradStride);
 }
 
@@ -147,7 +185,10 @@ OVK_API void ovkImageGradientSobelInterleavedf32(const uint8_t* src, uint32_t sr
   using E = ovkEntry::ImageGradientSobelInterleavedf32;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && gradients);
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, interleavedRowBytes<float>(srcWidth));
+  const uint32_t gradStride = interleavedRowBytes<float>(srcWidth);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride),
+                    interleavedOutput<float>(srcWidth, srcHeight, gradStride));
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, gradStride);
 }
 
 OVK_API void ovkImageGradientSobelInterleavedf32_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -157,6 +198,8 @@ OVK_API void ovkImageGradientSobelInterleavedf32_v2(const uint8_t* src, uint32_t
   gradStride = ovkPackedStride(gradStride, interleavedRowBytes<float>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && gradients && (gradStride >= ((srcWidth-2)*2*sizeof(float))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride),
+                    interleavedOutput<float>(srcWidth, srcHeight, gradStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, gradStride);
 }
 
@@ -165,7 +208,9 @@ OVK_API void ovkImageGradientSobelPlanars16(const uint8_t* src, uint32_t srcWidt
   using E = ovkEntry::ImageGradientSobelPlanars16;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dx && dy);
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, planarRowBytes<int16_t>(srcWidth));
+  const uint32_t dxyStride = planarRowBytes<int16_t>(srcWidth);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), planarOutput<int16_t>(srcWidth, srcHeight, dxyStride));
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
 OVK_API void ovkImageGradientSobelPlanars16_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -175,6 +220,7 @@ OVK_API void ovkImageGradientSobelPlanars16_v2(const uint8_t* src, uint32_t srcW
   dxyStride = ovkPackedStride(dxyStride, planarRowBytes<int16_t>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dx && dy && (dxyStride >= (srcWidth*sizeof(int16_t))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), planarOutput<int16_t>(srcWidth, srcHeight, dxyStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
@@ -183,7 +229,9 @@ OVK_API void ovkImageGradientSobelPlanars8(const uint8_t* src, uint32_t srcWidth
   using E = ovkEntry::ImageGradientSobelPlanars8;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dx && dy);
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, planarRowBytes<int8_t>(srcWidth));
+  const uint32_t dxyStride = planarRowBytes<int8_t>(srcWidth);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), planarOutput<int8_t>(srcWidth, srcHeight, dxyStride));
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
 OVK_API void ovkImageGradientSobelPlanars8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -193,6 +241,7 @@ OVK_API void ovkImageGradientSobelPlanars8_v2(const uint8_t* src, uint32_t srcWi
   dxyStride = ovkPackedStride(dxyStride, planarRowBytes<int8_t>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dx && dy && (dxyStride >= srcWidth));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), planarOutput<int8_t>(srcWidth, srcHeight, dxyStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
@@ -201,7 +250,9 @@ OVK_API void ovkImageGradientSobelPlanarf32(const uint8_t* src, uint32_t srcWidt
   using E = ovkEntry::ImageGradientSobelPlanarf32;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dx && dy);
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, planarRowBytes<float>(srcWidth));
+  const uint32_t dxyStride = planarRowBytes<float>(srcWidth);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), planarOutput<float>(srcWidth, srcHeight, dxyStride));
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
 OVK_API void ovkImageGradientSobelPlanarf32_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -211,6 +262,7 @@ OVK_API void ovkImageGradientSobelPlanarf32_v2(const uint8_t* src, uint32_t srcW
   dxyStride = ovkPackedStride(dxyStride, planarRowBytes<float>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth) && dx && dy && (dxyStride >= (srcWidth*sizeof(float))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), planarOutput<float>(srcWidth, srcHeight, dxyStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
@@ -220,7 +272,9 @@ OVK_API void ovkImageGradientSobelPlanarf32f32(const float* src, uint32_t srcWid
   using E = ovkEntry::ImageGradientSobelPlanarf32f32;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && srcStride >= srcWidth && dx && dy);
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, planarRowBytes<float>(srcWidth));
+  const uint32_t dxyStride = planarRowBytes<float>(srcWidth);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, uint64_t(srcWidth) * 4, srcStride), planarOutput<float>(srcWidth, srcHeight, dxyStride));
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
 OVK_API void ovkImageGradientSobelPlanarf32f32_v2(const float* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -230,6 +284,7 @@ OVK_API void ovkImageGradientSobelPlanarf32f32_v2(const float* src, uint32_t src
   dxyStride = ovkPackedStride(dxyStride, planarRowBytes<float>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= (srcWidth*sizeof(float))) && dx && dy && (dxyStride >= (srcWidth*sizeof(float))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, uint64_t(srcWidth) * 4, srcStride), planarOutput<float>(srcWidth, srcHeight, dxyStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
 }
 
@@ -240,6 +295,8 @@ OVK_API void ovkImageGradientScharrInterleaveds16(const uint8_t* src, uint32_t s
   gradStride = ovkPackedStride(gradStride, interleavedRowBytes<int16_t>(srcWidth));
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && srcWidth && srcHeight && (srcStride >= srcWidth)&& gradients && (gradStride >= ((srcWidth-2)*2*sizeof(int16_t))));
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride),
+                    interleavedOutput<int16_t>(srcWidth, srcHeight, gradStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, gradients, gradStride);
 }
 

@@ -5,6 +5,7 @@
 
 #include <stdint.h>
 
+#include <initializer_list>
 #include <type_traits>
 
 #include "orvik.h"
@@ -204,6 +205,44 @@ inline ovkStatusCode ovkCallStatus(uint32_t impl, Args... args) {
 #define OVK_REQUIRE_STATUS(condition)                   \
   do {                                                  \
     if (!(condition)) return ORVIK_STATUS_BAD_PARAM;    \
+  } while (0)
+
+// ---- Buffer spans --------------------------------------------------------------
+
+// Part of a caller buffer as a kernel addresses it: `rows` rows of
+// `rowBytes` bytes, `stride` apart, the first `offset` bytes into the buffer.
+// Sizes are 64-bit so that products of 32-bit arguments cannot wrap.
+struct ovkSpan {
+  uint64_t rows, rowBytes, stride, offset;
+  bool output;
+};
+
+inline ovkSpan ovkInput(uint64_t rows, uint64_t rowBytes, uint64_t stride, uint64_t offset = 0) {
+  return {rows, rowBytes, stride, offset, false};
+}
+
+inline ovkSpan ovkOutput(uint64_t rows, uint64_t rowBytes, uint64_t stride) {
+  return {rows, rowBytes, stride, 0, true};
+}
+
+// Checked after an entry's own condition, which lets both through: a buffer
+// of 2^31 bytes or more (32-bit offsets, and int indexes in the kernels,
+// would wrap), and output rows that overlap (their bytes would depend on the
+// order in which an implementation writes them).
+bool ovkSpansFit(std::initializer_list<ovkSpan> spans);
+extern const char kOvkSpanCondition[];
+
+#define OVK_REQUIRE_SPANS(Entry, ...)                          \
+  do {                                                         \
+    if (!ovkSpansFit({__VA_ARGS__})) {                         \
+      ovkLogAssertFailed(Entry::name, kOvkSpanCondition);      \
+      return;                                                  \
+    }                                                          \
+  } while (0)
+
+#define OVK_REQUIRE_SPANS_STATUS(...)                                  \
+  do {                                                                 \
+    if (!ovkSpansFit({__VA_ARGS__})) return ORVIK_STATUS_BAD_PARAM;    \
   } while (0)
 
 #endif

@@ -8,6 +8,7 @@ OVK_API void ovkFilterMedian3x3u8(const uint8_t* src, uint32_t width, uint32_t h
   const uint32_t impl = ovkSelectImpl<E>(
       [&] { return ovkGpuTakesPacked(src, width, dst); }, [&] { return ovkDspTakesPacked(src, width, height, dst); });
   OVK_REQUIRE(E, src && dst && width && height);
+  OVK_REQUIRE_SPANS(E, ovkInput(height, width, width), ovkOutput(height, width, width));
   ovkCallVoid<E>(impl, src, width, height, width, dst, width);
 }
 
@@ -20,6 +21,7 @@ OVK_API void ovkFilterMedian3x3u8_v2(const uint8_t* src, uint32_t srcWidth, uint
       [&] { return ovkGpuTakesStrided(src, srcWidth, srcStride, dst, dstStride); },
       [&] { return ovkDspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride); });
   OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && dstStride);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride);
 }
 
@@ -34,6 +36,7 @@ OVK_API ovkStatusCode ovkFilterMedian3x3u8_v3(const uint8_t* src, uint32_t srcWi
       [&] { return ovkDspTakesStrided(src, srcWidth, srcHeight, srcStride, dst, dstStride); });
   OVK_REQUIRE_STATUS(src && dst && srcWidth && srcHeight && borderType <= ORVIK_BORDER_REPLICATE &&
                      srcStride >= srcWidth && dstStride >= srcWidth);
+  OVK_REQUIRE_SPANS_STATUS(ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(srcHeight, srcWidth, dstStride));
   return ovkCallStatus<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstStride, borderType, borderValue);
 }
 
