@@ -324,7 +324,9 @@ OVK_API void ovkImageGradientSobelPlanarf32(const uint8_t* src, uint32_t srcWidt
 OVK_API void ovkImageGradientSobelPlanarf32_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
                                                uint32_t srcStride, float* dx, float* dy, uint32_t dxyStride);
 /* Sobel on a float image (srcStride in bytes), scaled by 0.125; each column
- * sum is evaluated as (s(.,y-1) + 2 s(.,y)) + s(.,y+1) in float. */
+ * sum is evaluated as (s(.,y-1) + 2 s(.,y)) + s(.,y+1) in float, subnormals
+ * kept.  Every NaN result is stored as the quiet NaN 0x7FC00000, whatever
+ * NaNs the source held, so the bytes are the same on every processor. */
 OVK_API void ovkImageGradientSobelPlanarf32f32(const float* src, uint32_t srcWidth, uint32_t srcHeight,
                                                uint32_t srcStride, float* dx, float* dy);
 OVK_API void ovkImageGradientSobelPlanarf32f32_v2(const float* src, uint32_t srcWidth, uint32_t srcHeight,

@@ -33,6 +33,14 @@ inline void ovkGradientAt(const uint8_t* above, const uint8_t* row, const uint8_
   }
 }
 
+// The float-source Sobel stores every NaN as this quiet NaN (0x7FC00000).
+inline float ovkCanonicalNaN() {
+  const uint32_t bits = 0x7FC00000u;
+  float value;
+  __builtin_memcpy(&value, &bits, sizeof value);
+  return value;
+}
+
 // Calls store(x, y, dx, dy) for every interior pixel; nothing for images
 // narrower or lower than 3.
 template <ovkGradientOperator Op, class Pixel, class Sum, class Store>

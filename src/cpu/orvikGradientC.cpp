@@ -48,6 +48,13 @@ Out unscaled(int32_t value) {
 
 float eighthf(float value) { return value * 0.125f; }
 
+// Processors disagree on which NaN an operation on NaNs returns (payload,
+// sign, quieting), so every NaN result is stored as the one quiet NaN.
+float eighthOfFloatSum(float value) {
+  const float scaled = eighthf(value);
+  return scaled != scaled ? ovkCanonicalNaN() : scaled;
+}
+
 }  // namespace
 
 void ovkImageGradientInterleaveds16C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
@@ -105,7 +112,7 @@ void ovkImageGradientSobelPlanarf32C(const uint8_t* src, uint32_t srcWidth, uint
 
 void ovkImageGradientSobelPlanarf32f32C(const float* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                         float* dx, float* dy, uint32_t dxyStride) {
-  planar<Operator::kSobel, float, float>(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride, eighthf);
+  planar<Operator::kSobel, float, float>(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride, eighthOfFloatSum);
 }
 
 void ovkImageGradientScharrInterleaveds16C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,

@@ -13,6 +13,7 @@
 #include <type_traits>
 
 #include "cpu/orvikCanny.h"
+#include "cpu/orvikGradient.h"
 #include "pelar/orvikPelar.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -249,13 +250,20 @@ void ImageGradientSobelPlanarf32(const uint8_t* src, uint32_t srcWidth, uint32_t
                               srcStride, dx, dy, dxyStride, kFloatEighth);
 }
 
+// ARMv7's vector unit flushes subnormal floats to zero, unlike its scalar
+// unit and every other processor, so there the portable code runs.
 void ImageGradientSobelPlanarf32f32(const float* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                     float* dx, float* dy, uint32_t dxyStride) {
+  if (HWY_ARCH_ARM_V7) return ovkImageGradientSobelPlanarf32f32C(src, srcWidth, srcHeight, srcStride, dx, dy, dxyStride);
   const auto load = [](const uint8_t* line, size_t x) {
     return hn::LoadU(DF(), reinterpret_cast<const float*>(line) + x);
   };
+  const VF nan = hn::Set(DF(), ovkCanonicalNaN());
   PlanarF32<Operator::kSobel>(ovkImageGradientSobelPlanarf32f32C, DF(), load, src, srcWidth, srcHeight, srcStride, dx,
-                              dy, dxyStride, [](VF v) { return hn::Mul(v, hn::Set(DF(), 0.125f)); });
+                              dy, dxyStride, [nan](VF v) {
+                                const VF scaled = hn::Mul(v, hn::Set(DF(), 0.125f));
+                                return hn::IfThenElse(hn::IsNaN(scaled), nan, scaled);
+                              });
 }
 
 // ---- Canny: the gradient pass in vectors, suppression and hysteresis shared ----------------
