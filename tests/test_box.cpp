@@ -156,37 +156,4 @@ TEST_F(BoxEntries, FilterThroughTheTable) {
       referenceBox(packed, k3x3, Outside::kReplicate, 0), "_v2 packed");
 }
 
-TEST_F(BoxEntries, RejectedArgumentsWriteNothing) {
-  GuardedImage src(16, 12, 16), dst(16, 12, 16);
-  src.fill(9);
-  dst.fill(kUntouched);
-  LogCapture log;
-  ovkBoxFilter3x3u8(src.data(), 16, 12, 15, dst.data(), 16);  // stride below width
-  ovkBoxFilter3x3u8(src.data(), 2, 12, 16, dst.data(), 16);   // too narrow
-  ovkBoxFilter5x5u8(src.data(), 16, 4, 16, dst.data(), 16);   // too low
-  ovkBoxFilter5x5u8(src.data(), 16, 12, 16, dst.data(), 0);   // no stride
-  ovkBoxFilter11x11u8(src.data(), 16, 10, 16, dst.data(), 16);
-  ovkBoxFilter11x11u8(nullptr, 16, 12, 16, dst.data(), 16);
-  const std::string text3 =
-      "Assertion failed @ovkBoxFilter3x3u8: src && dst && srcWidth && srcHeight && srcStride && dstStride && "
-      "( srcStride >=srcWidth ) && srcWidth > 2 && srcHeight > 2\n";
-  const std::string text5 =
-      "Assertion failed @ovkBoxFilter5x5u8: src && dst && srcWidth && srcHeight && srcStride && dstStride && "
-      "(srcStride >=srcWidth) && srcWidth > 4 && srcHeight > 4\n";
-  const std::string text11 =
-      "Assertion failed @ovkBoxFilter11x11u8: src && dst && srcWidth && srcHeight && srcStride && dstStride && "
-      "( srcStride >=srcWidth) && srcWidth > 10 && srcHeight > 10\n";
-  expectLogged(log, {text3, text3, text5, text5, text11, text11});
-
-  // The status entry is silent: 3 for null pointers, zero sizes, unknown
-  // border types and strides below the row.
-  log.clear();
-  EXPECT_EQ(ovkBoxFilter3x3u8_v2(nullptr, 16, 12, 16, dst.data(), 16, 1, 0), ORVIK_STATUS_BAD_PARAM);
-  EXPECT_EQ(ovkBoxFilter3x3u8_v2(src.data(), 16, 0, 16, dst.data(), 16, 1, 0), ORVIK_STATUS_BAD_PARAM);
-  EXPECT_EQ(ovkBoxFilter3x3u8_v2(src.data(), 16, 12, 16, dst.data(), 16, 3, 0), ORVIK_STATUS_BAD_PARAM);
-  EXPECT_EQ(ovkBoxFilter3x3u8_v2(src.data(), 16, 12, 16, dst.data(), 15, 1, 0), ORVIK_STATUS_BAD_PARAM);
-  EXPECT_TRUE(log.messages().empty());
-  expectImage(dst, Expected(16 * 12), "after rejected calls");
-}
-
 }  // namespace

@@ -1,6 +1,6 @@
 // Canny: synthetic shapes, a reference detector written out from the
-// documented rules, the gradient planes of `_v3`, the condition texts and
-// the behaviour without scratch memory.
+// documented rules, the gradient planes of `_v3` and the behaviour without
+// scratch memory.
 #include <gtest/gtest.h>
 #include <string.h>
 
@@ -15,7 +15,6 @@
 #include "support/entry_test.h"
 #include "support/gradient_reference.h"
 #include "support/guarded_image.h"
-#include "support/log_capture.h"
 #include "support/vector_targets.h"
 
 namespace {
@@ -234,30 +233,6 @@ TEST_F(Canny, WithoutScratchMemoryNothingIsWritten) {
   ovkFilterCanny3x3u8(src.data(), 16, 16, dst.data(), 10, 20);
   ovkGetScratchBufferAligned_ = saved;
   EXPECT_EQ(pixelsOf(dst), std::vector<uint8_t>(16 * 16, kUntouched));
-}
-
-TEST_F(Canny, RejectedArgumentsLogTheConditionAndWriteNothing) {
-  GuardedImage src(8, 8, 8), dst(8, 8, 8);
-  src.fill(50);
-  dst.fill(kUntouched);
-  int16_t gradients[64];
-  LogCapture log;
-  ovkFilterCanny3x3u8(src.data(), 8, 2, dst.data(), 10, 20);
-  ovkFilterCanny3x3u8_v2(src.data(), 8, 8, 8, dst.data(), 8, 30, 20);
-  ovkFilterCanny3x3u8_v3(src.data(), 8, 8, 8, dst.data(), 8, gradients, gradients, 15, 10, 20);
-  ovkFilterCannyu8(src.data(), 8, 8, 7, dst.data(), 8, 10, 20);
-  const std::string a = "Assertion failed @";
-  const std::vector<std::string> expected = {
-      a + "ovkFilterCanny3x3u8: src && width && height && dst && (low <= high) && width > 2 && height > 2\n",
-      a + "ovkFilterCanny3x3u8_v2: src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && (dstStride >= "
-          "srcWidth) && (low <= high) && srcWidth > 2 && srcHeight > 2\n",
-      a + "ovkFilterCanny3x3u8_v3: src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && (dstStride >= "
-          "srcWidth) && (gradStride >= 2*srcWidth) && low <= high && srcWidth > 2 && srcHeight > 2\n",
-      a + "ovkFilterCannyu8: src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && (dstStride >= "
-          "srcWidth) && (low <= high) && srcWidth > 2 && srcHeight > 2\n",
-  };
-  EXPECT_EQ(log.messages(), expected);
-  EXPECT_EQ(pixelsOf(dst), std::vector<uint8_t>(64, kUntouched));
 }
 
 }  // namespace

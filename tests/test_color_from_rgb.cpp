@@ -1,7 +1,7 @@
 // RGB to YCbCr and gray against per-pixel formulas: row kernels, whole
 // conversions and the interleaved YCrCb and gray kernels on the portable code
-// and every vector target, sub-sampling, odd sizes, strides, rejected
-// arguments, the row slots per mode and the DSP size floor.
+// and every vector target, sub-sampling, odd sizes, strides, the row slots
+// per mode and the DSP size floor.
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
@@ -285,48 +285,6 @@ TEST_F(ColorFromRgbEntries, EveryFamilyEntryConvertsWholeImagesWithPortableAndVe
         for (const uint32_t h : {1u, 2u, 3u, 8u, 9u})
           for (const bool packed : {false, true}) checkEntryPair(entry, w, h, packed, rng);
   }
-}
-
-TEST_F(ColorFromRgbEntries, RejectedArgumentsLogTheConditionAndWriteNothing) {
-  GuardedImage src(8, 4, 32), y(8, 4, 8), cb(8, 4, 16), cr(8, 4, 8);
-  src.fill(7);
-  for (GuardedImage* plane : {&y, &cb, &cr}) plane->fill(kUntouched);
-  LogCapture log;
-  ovkColorRGB565ToYCbCr444Planaru8(src.data(), 8, 4, 15, y.data(), cb.data(), cr.data(), 8, 8, 8);
-  ovkColorRGB888ToYCbCr420Planaru8(src.data(), 8, 4, 0, y.data(), cb.data(), cr.data(), 0, 3, 0);
-  ovkColorRGBA8888ToYCbCr444PseudoPlanaru8(src.data(), 8, 4, 0, y.data(), cb.data(), 0, 15);
-  ovkColorRGB565ToYCbCr420PseudoPlanaru8(src.data(), 8, 4, 0, y.data(), nullptr, 0, 0);
-  ovkColorRGB888ToYCbCr422PseudoPlanaru8(src.data(), 8, 4, 23, y.data(), cb.data(), 0, 0);
-  ovkColorRGB888toYCrCbu8(src.data(), 8, 0, y.data());
-  ovkColorRGB888toYCrCbu8_v2(src.data(), 8, 4, 0, y.data(), 23);
-  ovkColorRGB888ToGrayu8(src.data(), 8, 4, 0, y.data(), 7);
-  const std::vector<std::string> expected = {
-      "Assertion failed @ovkColorRGB565ToYCbCr444Planaru8: src && dstY && dstCb && dstCr && srcWidth && srcHeight && "
-      "( srcStride == 0 || srcStride >= (srcWidth*2) ) && ( dstYStride == 0 || dstYStride >= srcWidth ) && "
-      "( dstCbStride == 0 || dstCbStride >= srcWidth ) && ( dstCrStride == 0 || dstCrStride >= srcWidth )\n",
-      "Assertion failed @ovkColorRGB888ToYCbCr420Planaru8: src && dstY && dstCb && dstCr && srcWidth && srcHeight && "
-      "( srcStride == 0 || srcStride >= (srcWidth*3) ) && ( dstYStride == 0 || dstYStride >= srcWidth ) && "
-      "( dstCbStride == 0 || dstCbStride >= ((srcWidth+1)/2) ) && ( dstCrStride == 0 || dstCrStride >= "
-      "((srcWidth+1)/2) )\n",
-      "Assertion failed @ovkColorRGBA8888ToYCbCr444PseudoPlanaru8: src && dstY && dstC && srcWidth && srcHeight && "
-      "( srcStride == 0 || srcStride >= (srcWidth*4) ) && ( dstYStride == 0 || dstYStride >= srcWidth ) && "
-      "( dstCStride == 0 || dstCStride >= (srcWidth*2) )\n",
-      "Assertion failed @ovkColorRGB565ToYCbCr420PseudoPlanaru8: src && dstY && dstC && srcWidth && srcHeight && "
-      "( srcStride == 0 || srcStride >= (srcWidth*2)) && ( dstYStride == 0 || dstYStride >= srcWidth ) && "
-      "( dstCStride == 0 || dstCStride >= srcWidth )\n",
-      "Assertion failed @ovkColorRGB888ToYCbCr422PseudoPlanaru8: src && dstY && dstC && srcWidth && srcHeight && "
-      "( srcStride == 0 || srcStride >= (srcWidth*3)) && ( dstYStride == 0 || dstYStride >= srcWidth ) && "
-      "( dstCStride == 0 || dstCStride >= srcWidth )\n",
-      "Assertion failed @ovkColorRGB888toYCrCbu8: src && dst && srcWidth && srcHeight\n",
-      "Assertion failed @ovkColorRGB888toYCrCbu8_v2: src && dst && srcWidth && srcHeight && "
-      "(srcStride >= srcWidth * 3) && (dstStride >= srcWidth * 3)\n",
-      "Assertion failed @ovkColorRGB888ToGrayu8: src && srcWidth && srcHeight && (srcStride ==0 || "
-      "srcStride >= srcWidth*3) && dst && (dstStride ==0 || dstStride >= srcWidth)\n"};
-  EXPECT_EQ(log.messages(), expected);
-  for (const LogLine& line : log.lines()) EXPECT_EQ(line.priority, 6);
-  for (const GuardedImage* plane : {&y, &cb, &cr})
-    for (uint32_t row = 0; row < plane->height(); ++row)
-      for (uint32_t x = 0; x < plane->width(); ++x) ASSERT_EQ(plane->at(x, row), kUntouched);
 }
 
 TEST_F(ColorFromRgbEntries, SlotsHoldPortableOrVectorRowsByMode) {

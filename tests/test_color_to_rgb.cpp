@@ -1,8 +1,8 @@
 // YCbCr to RGB against the conversion formulas written out per pixel: the
 // portable kernels, the vector kernels of every target and the entries, over
 // dense values and many shapes; hand-computed edge cases, the RGB565 layout,
-// rotation, odd sizes, strides, fatal checks and the entries' condition texts,
-// all on guard-page buffers.
+// rotation, odd sizes, strides and the fatal checks, all on guard-page
+// buffers.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -16,7 +16,6 @@
 #include "support/color_reference.h"
 #include "support/entry_test.h"
 #include "support/guarded_image.h"
-#include "support/log_capture.h"
 
 namespace {
 
@@ -349,86 +348,6 @@ TEST(YccToRgbConversions, CameraAndBlockFramesMatchTheFormula) {
       }
     }
   });
-}
-
-// ---- Entries ----------------------------------------------------------------------------------
-
-class YccToRgbEntries : public EntryTest {};
-
-// The other sub-sampled members end the process on a width of 1 instead.
-bool refusesOneColumn(const Member& m) { return m.name == "ovkColorYCbCr422PseudoPlanarToRGB888u8"; }
-
-// The condition a family entry logs: its strides against the member's row
-// sizes.
-std::string familyText(const Member& m) {
-  const auto atLeast = [](const std::string& stride, const std::string& bytes) {
-    return "( " + stride + " == 0 || " + stride + " >= (" + bytes + "*sizeof(uint8_t)) )";
-  };
-  const std::string chroma =
-      m.planar ? (m.shiftX ? "(srcWidth+1)/2" : "srcWidth") : (m.shiftX ? "srcWidth" : "srcWidth*2");
-  return (m.planar ? "srcY && srcCb && srcCr" : "srcY && srcC") + std::string(" && dst && srcWidth && srcHeight && ") +
-         atLeast("srcYStride", "srcWidth") + " && " +
-         (m.planar ? atLeast("srcCbStride", chroma) + " && " + atLeast("srcCrStride", chroma)
-                   : atLeast("srcCStride", chroma)) +
-         " && ( dstStride == 0 || dstStride >= (srcWidth*" + std::to_string(int(m.out)) + "*sizeof(uint8_t)))" +
-         (refusesOneColumn(m) ? " && srcWidth > 1" : "");
-}
-
-// Destination rows, chroma rows (Cr for planar members) too short or a
-// missing luma plane fail every member with the same text, as does a single
-// column where the entry refuses it.
-TEST_F(YccToRgbEntries, FamilyLogsItsConditionAndWritesNothing) {
-  std::mt19937 rng(41);
-  for (const Member& m : kMembers) {
-    const uint32_t width = 6, height = 4, bytes = uint32_t(m.out);
-    FamilyFrame frame(m, width, height, 0, rng);
-    OutputImage dst(width, height, width * bytes, m.out);
-    const auto call = [&](const uint8_t* luma, uint32_t chromaStride, uint32_t dstStride, uint32_t columns) {
-      if (m.planar)
-        reinterpret_cast<PlanarFn>(m.entry)(luma, frame.cb.data(), frame.cr.data(), columns, height, 0, 0, chromaStride,
-                                            dst.data(), dstStride);
-      else
-        reinterpret_cast<PseudoPlanarFn>(m.entry)(luma, frame.c.data(), columns, height, 0, chromaStride, dst.data(),
-                                                  dstStride);
-    };
-    LogCapture log;
-    call(frame.y.data(), 0, width * bytes - 1, width);
-    call(frame.y.data(), (m.planar ? frame.chromaWidth : frame.pairRowBytes) - 1, 0, width);
-    call(nullptr, 0, 0, width);
-    if (refusesOneColumn(m)) call(frame.y.data(), 0, 0, 1);
-    EXPECT_EQ(log.messages(), std::vector<std::string>(refusesOneColumn(m) ? 4 : 3,
-                                                       "Assertion failed @" + m.name + ": " + familyText(m) + "\n"));
-    for (uint32_t y = 0; y < height; ++y)
-      for (uint32_t x = 0; x < width * bytes; ++x) ASSERT_EQ(dst.row(y)[x], kUntouched) << m.name;
-  }
-}
-
-TEST_F(YccToRgbEntries, OtherEntriesLogTheirConditions) {
-  GuardedImage src(8, 3, 8), dst(32, 2, 32);
-  dst.fill(kUntouched);
-  LogCapture log;
-  ovkColorYCrCb420PseudoPlanarToRGB8888u8(src.data(), 8, 2, 8, 0, dst.data(), 32);
-  ovkColorYUV420toRGB8888u8(src.data(), 8, 2, nullptr);
-  ovkColorYUV420toRGB565u8(src.data(), 0, 2, dst.data());
-  ovkColorYUV420toRGB565u8Rotate180(nullptr, 8, 2, dst.data());
-  ovkColorYCrCbH1V1toRGB888u8(src.data(), 8, 0, dst.data());
-  ovkColorYCrCbH2V1toRGB888u8(nullptr, 8, 8, dst.data());
-  ovkColorYCrCbH1V2toRGB888u8(nullptr, 8, 8, dst.data());
-  ovkColorYCrCbH2V2toRGB888u8(nullptr, 8, 8, dst.data());
-  const std::vector<std::string> expected = {
-      "Assertion failed @ovkColorYCrCb420PseudoPlanarToRGB8888u8: src && dst && srcWidth && srcHeight && "
-      "srcYStride && srcCStride && dstStride\n",
-      "Assertion failed @ovkColorYUV420toRGB8888u8: src && dst && width && height\n",
-      "Assertion failed @ovkColorYUV420toRGB565u8: src && dst && width && height\n",
-      "Assertion failed @ovkColorYUV420toRGB565u8Rotate180: src && dst && width && height\n",
-      "Assertion failed @ovkColorYCrCbH1V1toRGB888u8: src && dst && width && height\n",
-      "Assertion failed @ovkColorYCrCbH2V1toRGB888u8: src && dst && width && height\n",
-      "Assertion failed @ovkColorYCrCbH1V2toRGB888u8: ysrc && dst && width && height\n",
-      "Assertion failed @ovkColorYCrCbH2V2toRGB888u8: y_src && dst && width && height\n"};
-  EXPECT_EQ(log.messages(), expected);
-  for (const LogLine& line : log.lines()) EXPECT_EQ(line.priority, 6);
-  for (uint32_t y = 0; y < 2; ++y)
-    for (uint32_t x = 0; x < 32; ++x) ASSERT_EQ(dst.row(y)[x], kUntouched);
 }
 
 }  // namespace

@@ -109,31 +109,4 @@ TEST_F(Gaussian3x3Entries, AllGenerationsFilterThroughTheTable) {
       referenceGaussian<uint8_t>(src, 1, Outside::kReplicate, 0, true), "_v3");
 }
 
-TEST_F(Gaussian3x3Entries, RejectedArgumentsWriteNothing) {
-  GuardedImage src(16, 8, 16), dst(16, 8, 16);
-  src.fill(9);
-  dst.fill(kUntouched);
-  LogCapture log;
-  ovkFilterGaussian3x3u8_v2(src.data(), 16, 8, 15, dst.data(), 16, 1);  // stride below width
-  ovkFilterGaussian3x3u8_v2(src.data(), 1, 8, 16, dst.data(), 16, 1);   // width 1
-  ovkFilterGaussian3x3u8(nullptr, 16, 8, dst.data(), 1);
-  const std::string v2Text =
-      "Assertion failed @ovkFilterGaussian3x3u8_v2: src && dst && (srcWidth > 1) && (srcHeight > 1) && "
-      "(srcStride >= srcWidth) && (dstStride >= srcWidth)\n";
-  expectLogged(log, {v2Text, v2Text, "Assertion failed @ovkFilterGaussian3x3u8: src && dst && width && height\n"});
-
-  // A negative width passed by mistake is caught before anything else.
-  log.clear();
-  ovkFilterGaussian3x3u8(src.data(), uint32_t(-16), 8, dst.data(), 1);
-  EXPECT_EQ(log.messages(), std::vector<std::string>{"Error at ovkFilterGaussian3x3u8\n"});
-
-  // The status entry is silent.
-  log.clear();
-  EXPECT_EQ(ovkFilterGaussian3x3u8_v3(src.data(), 16, 8, 16, dst.data(), 16, 3, 0), ORVIK_STATUS_BAD_PARAM);
-  EXPECT_EQ(ovkFilterGaussian3x3u8_v3(src.data(), 0, 8, 16, dst.data(), 16, 1, 0), ORVIK_STATUS_BAD_PARAM);
-  EXPECT_EQ(ovkFilterGaussian3x3u8_v3(src.data(), 16, 8, 16, nullptr, 16, 1, 0), ORVIK_STATUS_BAD_PARAM);
-  EXPECT_TRUE(log.messages().empty());
-  expectImage(dst, Expected(16 * 8), "after rejected calls");
-}
-
 }  // namespace

@@ -226,42 +226,6 @@ TEST_F(Gaussian5x5Entries, BothGenerationsFilterThroughTheTable) {
   });
 }
 
-TEST_F(Gaussian5x5Entries, RejectedArgumentsLogTheConditionAndWriteNothing) {
-  GuardedImage src(64, 16, 64), dst(64, 16, 64);
-  src.fill(9);
-  dst.fill(kUntouched);
-  const auto* s16 = reinterpret_cast<const int16_t*>(src.data());
-  const auto* s32 = reinterpret_cast<const int32_t*>(src.data());
-  auto* d16 = reinterpret_cast<int16_t*>(dst.data());
-  auto* d32 = reinterpret_cast<int32_t*>(dst.data());
-  LogCapture log;
-  ovkFilterGaussian5x5u8(src.data(), 4, 16, dst.data(), 1);             // width 4
-  ovkFilterGaussian5x5u8_v2(src.data(), 16, 8, 15, dst.data(), 16, 1);  // stride below width
-  ovkFilterGaussian11x11u8(src.data(), 16, 10, dst.data(), 1);          // height 10
-  ovkFilterGaussian11x11u8_v2(src.data(), 16, 16, 16, nullptr, 16, 1);
-  ovkFilterGaussian5x5s16(s16, 16, 1, d16, 1);             // height 1
-  ovkFilterGaussian5x5s16_v2(s16, 16, 8, 32, d16, 31, 1);  // dst stride below 16 pixels
-  ovkFilterGaussian5x5s32(s32, 4, 8, d32, 1);              // width 4
-  ovkFilterGaussian5x5s32_v2(s32, 8, 8, 31, d32, 32, 1);   // src stride below 8 pixels
-  const std::string prefix = "Assertion failed @ovkFilterGaussian";
-  expectLogged(
-      log, {
-               prefix + "5x5u8: src && dst && width && height && height > 4 && width > 4\n",
-               prefix + "5x5u8_v2: src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && dstStride && "
-                        "srcHeight > 4 && srcWidth > 4\n",
-               prefix + "11x11u8: src && dst && width && height && height > 10 && width > 10\n",
-               prefix + "11x11u8_v2: src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && dstStride && "
-                        "srcHeight > 10 && srcWidth > 10\n",
-               prefix + "5x5s16: src && dst && width && height && height > 1\n",
-               prefix + "5x5s16_v2: src && dst && srcWidth && srcHeight && (srcStride >= srcWidth*sizeof(int16_t)) "
-                        "&& (dstStride >= srcWidth*sizeof(int16_t)) && srcHeight > 1\n",
-               prefix + "5x5s32: src && dst && width && height && width > 4 && height > 4\n",
-               prefix + "5x5s32_v2: src && dst && srcWidth && srcHeight && (srcStride >= srcWidth*sizeof(int32_t)) "
-                        "&& (dstStride >= srcWidth*sizeof(int32_t)) && srcWidth > 4 && srcHeight > 4\n",
-           });
-  expectImage(dst, Expected(64 * 16), "after rejected calls");
-}
-
 // The 11x11 filter goes to a DSP only above its size floor, with 8-byte
 // aligned pointers; the per-call log names the implementation that runs.
 TEST_F(Gaussian5x5Entries, DspRuns11x11OnlyAboveTheSizeFloor) {

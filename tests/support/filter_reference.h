@@ -171,13 +171,4 @@ inline void forEveryVectorTarget(const std::function<void(const std::string& tar
 #endif
 }
 
-// These messages, in order, each an error under the library's tag.
-inline void expectLogged(const LogCapture& log, const std::vector<std::string>& messages) {
-  EXPECT_EQ(log.messages(), messages);
-  for (const LogLine& line : log.lines()) {
-    EXPECT_EQ(line.priority, 6);
-    EXPECT_EQ(line.tag, "orvik_lib_log");
-  }
-}
-
 #endif

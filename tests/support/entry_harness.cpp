@@ -1,0 +1,188 @@
+#include "entry_harness.h"
+
+#include <string.h>
+
+#include <algorithm>
+
+std::string Shape::label() const {
+  std::string text = std::to_string(width) + "x" + std::to_string(height) + " pad=" + std::to_string(padding);
+  if (zeroStrides) text += " strides=0";
+  text += startOffset < 0 ? " start=end" : " start=" + std::to_string(startOffset);
+  return text;
+}
+
+uint64_t SplitMix64::next() {
+  uint64_t z = (state_ += 0x9e3779b97f4a7c15ull);
+  z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9ull;
+  z = (z ^ (z >> 27)) * 0x94d049bb133111ebull;
+  return z ^ (z >> 31);
+}
+
+uint64_t fnv1a64(const uint8_t* bytes, size_t count, uint64_t hash) {
+  for (size_t i = 0; i < count; ++i) hash = (hash ^ bytes[i]) * 0x100000001b3ull;
+  return hash;
+}
+
+uint64_t fnv1a64(const std::string& text) {
+  return fnv1a64(reinterpret_cast<const uint8_t*>(text.data()), text.size());
+}
+
+namespace {
+
+// Mostly normal floats of either sign with magnitudes in [2^-8, 2^9), whose
+// sums round, so the order of the additions shows in the result; one in
+// sixteen a value processors are known to treat differently: zeros, an
+// infinity, a quiet or signalling NaN with a payload, a subnormal, the
+// largest float.
+uint32_t floatBits(uint64_t random) {
+  const uint32_t sign = uint32_t(random >> 63) << 31, mantissa = uint32_t(random & 0x7FFFFF);
+  if ((random >> 40) % 16) return sign | uint32_t(127 - 8 + (random >> 32) % 17) << 23 | mantissa;
+  switch ((random >> 44) % 6) {
+    case 0:
+      return sign;  // zero
+    case 1:
+      return sign | 0x7F800000u;  // infinity
+    case 2:
+      return sign | 0x7FC00000u | (mantissa & 0x3FFFFF);  // quiet NaN
+    case 3:
+      return sign | 0x7F800000u | (mantissa & 0x3FFFFF) | 1;  // signalling NaN
+    case 4:
+      return sign | mantissa | 1;  // subnormal
+    default:
+      return sign | 0x7F7FFFFFu;  // largest
+  }
+}
+
+}  // namespace
+
+EntryBuffers::EntryBuffers(const EntrySpec& entry, const Shape& shape, uint64_t seed) : shape_(shape) {
+  place(entry, shape);
+  SplitMix64 rng(seed);
+  fillInputs(rng);
+}
+
+EntryBuffers::EntryBuffers(const EntrySpec& entry, const Shape& shape, const uint8_t* bytes, size_t count)
+    : shape_(shape) {
+  place(entry, shape);
+  size_t next = 0;
+  for (Placed& buffer : buffers_) {
+    if (buffer.spec.output) continue;
+    for (uint64_t i = 0; i < buffer.extent; ++i) buffer.data()[i] = count ? bytes[next++ % count] : 0;
+    buffer.original.assign(buffer.data(), buffer.data() + buffer.extent);
+  }
+}
+
+// Strides: the widest row that uses the argument, plus the padding; a zero
+// stride the entry reads as packed leaves the rows packed.
+void EntryBuffers::place(const EntrySpec& entry, const Shape& shape) {
+  const std::vector<BufferSpec> specs = entry.buffers(shape.width, shape.height);
+  std::vector<uint64_t> rowBytes(entry.strides.size(), 0);
+  for (const BufferSpec& spec : specs)
+    for (const Region& region : spec.regions)
+      if (region.strideArg >= 0) rowBytes[region.strideArg] = std::max(rowBytes[region.strideArg], region.rowBytes);
+  std::vector<uint64_t> actual(entry.strides.size());
+  for (size_t i = 0; i < entry.strides.size(); ++i) {
+    const int64_t adjust = i < shape.strideAdjust.size() ? shape.strideAdjust[i] : 0;
+    const bool packed = shape.zeroStrides && entry.zeroStrideIsPacked;
+    actual[i] = packed ? rowBytes[i] : uint64_t(std::max<int64_t>(0, int64_t(rowBytes[i] + shape.padding) + adjust));
+    strides_.push_back(packed ? 0 : uint32_t(actual[i]));
+  }
+  for (const BufferSpec& spec : specs) {
+    Placed buffer;
+    buffer.spec = spec;
+    uint64_t offset = 0;
+    for (size_t r = 0; r < spec.regions.size(); ++r) {
+      const Region& region = spec.regions[r];
+      const uint64_t stride = region.strideArg >= 0 ? actual[region.strideArg] : region.rowBytes;
+      buffer.offsets.push_back(offset);
+      buffer.strides.push_back(stride);
+      if (region.rows) buffer.extent = offset + (region.rows - 1) * stride + region.rowBytes;
+      offset += region.rows * stride;
+    }
+    if (shape.startOffset >= 0) buffer.tail = (64 - (buffer.extent + shape.startOffset) % 64) % 64;
+    buffer.memory = std::make_unique<GuardedBuffer>(kLead + buffer.extent + buffer.tail);
+    memset(buffer.memory->data(), kSentinel, buffer.memory->size());
+    buffers_.push_back(std::move(buffer));
+  }
+}
+
+void EntryBuffers::fillInputs(SplitMix64& rng) {
+  for (Placed& buffer : buffers_) {
+    if (buffer.spec.output) continue;
+    uint8_t* data = buffer.data();
+    for (uint64_t i = 0; i < buffer.extent; ++i) data[i] = uint8_t(rng.next() >> 56);
+    // Float rows get whole float values; their padding keeps random bytes.
+    if (buffer.spec.content == Content::kFloats)
+      for (size_t r = 0; r < buffer.spec.regions.size(); ++r)
+        for (uint64_t y = 0; y < buffer.spec.regions[r].rows; ++y)
+          for (uint64_t x = 0; x + 4 <= buffer.spec.regions[r].rowBytes; x += 4) {
+            const uint32_t bits = floatBits(rng.next());
+            memcpy(data + buffer.offsets[r] + y * buffer.strides[r] + x, &bits, 4);
+          }
+    buffer.original.assign(data, data + buffer.extent);
+  }
+}
+
+EntryCall EntryBuffers::call(const std::vector<int64_t>& options) const {
+  EntryCall c;
+  c.width = shape_.width;
+  c.height = shape_.height;
+  for (const Placed& buffer : buffers_) c.buffers.push_back(buffer.data());
+  c.strides = strides_;
+  c.options = options;
+  return c;
+}
+
+void EntryBuffers::resetOutputs() {
+  for (Placed& buffer : buffers_)
+    if (buffer.spec.output) memset(buffer.memory->data(), kSentinel, buffer.memory->size());
+}
+
+std::vector<uint8_t> EntryBuffers::contents(size_t i) const {
+  const Placed& buffer = buffers_[i];
+  return std::vector<uint8_t>(buffer.data(), buffer.data() + buffer.extent);
+}
+
+uint64_t EntryBuffers::hash(size_t i) const {
+  const Placed& buffer = buffers_[i];
+  return fnv1a64(buffer.data(), buffer.extent);
+}
+
+bool EntryBuffers::insideRows(const Placed& buffer, uint64_t offset) const {
+  for (size_t r = 0; r < buffer.spec.regions.size(); ++r) {
+    const Region& region = buffer.spec.regions[r];
+    if (region.rows == 0 || offset < buffer.offsets[r]) continue;
+    const uint64_t within = offset - buffer.offsets[r], stride = buffer.strides[r];
+    if (within >= (region.rows - 1) * stride + region.rowBytes) continue;
+    // Rows that overlap (a stride below the row size) leave no padding.
+    if (stride <= region.rowBytes || within % stride < region.rowBytes) return true;
+  }
+  return false;
+}
+
+std::string EntryBuffers::damage() const {
+  for (const Placed& buffer : buffers_) {
+    const uint8_t* all = buffer.memory->data();
+    for (size_t i = 0; i < kLead; ++i)
+      if (all[i] != kSentinel) return buffer.spec.name + ": written before its start";
+    for (uint64_t i = 0; i < buffer.tail; ++i)
+      if (all[kLead + buffer.extent + i] != kSentinel) return buffer.spec.name + ": written past its end";
+    if (!buffer.spec.output) {
+      if (memcmp(buffer.data(), buffer.original.data(), buffer.extent) != 0) return buffer.spec.name + ": input changed";
+      continue;
+    }
+    for (uint64_t i = 0; i < buffer.extent; ++i)
+      if (buffer.data()[i] != kSentinel && !insideRows(buffer, i))
+        return buffer.spec.name + ": padding byte " + std::to_string(i) + " written";
+  }
+  return "";
+}
+
+bool EntryBuffers::outputsUntouched() const {
+  for (const Placed& buffer : buffers_) {
+    if (!buffer.spec.output) continue;
+    const uint8_t* all = buffer.memory->data();
+    if (std::any_of(all, all + buffer.memory->size(), [](uint8_t b) { return b != kSentinel; })) return false;
+  }
+  return true;
+}
