@@ -6,6 +6,8 @@
 #   base      host build, tests, benchmarks and the orvik command
 #   sanitize  the asan preset (gcc's ASan/UBSan runtimes)
 #   android   the android-log preset (Debian's liblog port)
+#   tsan      the tsan preset (gcc's ThreadSanitizer runtime)
+#   fuzz      the fuzz preset: clang with libFuzzer and the sanitizer runtimes
 #   cross     the aarch64 and armv7 presets: cross compilers, qemu-user and
 #             the arm64/armhf multiarch Highway and GoogleTest
 #   opencv    OpenCV and libyuv, for comparisons against peer libraries
@@ -24,6 +26,8 @@ stage_packages() {
     base) echo cmake ninja-build g++ libhwy-dev libgtest-dev libbenchmark-dev libpng-dev pkg-config ;;
     sanitize) echo cmake ninja-build g++ libhwy-dev libgtest-dev libasan8 libubsan1 ;;
     android) echo cmake ninja-build g++ libhwy-dev libgtest-dev android-liblog-dev ;;
+    tsan) echo cmake ninja-build g++ libhwy-dev libgtest-dev libtsan2 ;;
+    fuzz) echo cmake ninja-build clang libclang-rt-14-dev libhwy-dev ;;
     cross)
       echo cmake ninja-build qemu-user \
         g++-aarch64-linux-gnu libhwy-dev:arm64 libgtest-dev:arm64 \
@@ -40,7 +44,7 @@ if [ "${stages[0]}" = "-h" ] || [ "${stages[0]}" = "--help" ]; then
   usage
   exit 0
 fi
-if [ "${stages[0]}" = all ]; then stages=(base sanitize android cross opencv); fi
+if [ "${stages[0]}" = all ]; then stages=(base sanitize tsan android fuzz cross opencv); fi
 
 wanted=()
 foreign_arches=()

@@ -4,6 +4,20 @@
 
 #include <algorithm>
 
+// Under AddressSanitizer the bytes around each buffer are also poisoned, so a
+// read of them is reported, not only a write.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define ORVIK_POISON_SURROUNDINGS 1
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__)
+#define ORVIK_POISON_SURROUNDINGS 1
+#endif
+#ifdef ORVIK_POISON_SURROUNDINGS
+#include <sanitizer/asan_interface.h>
+#endif
+
 std::string Shape::label() const {
   std::string text = std::to_string(width) + "x" + std::to_string(height) + " pad=" + std::to_string(padding);
   if (zeroStrides) text += " strides=0";
@@ -83,8 +97,10 @@ void EntryBuffers::place(const EntrySpec& entry, const Shape& shape) {
   std::vector<uint64_t> actual(entry.strides.size());
   for (size_t i = 0; i < entry.strides.size(); ++i) {
     const int64_t adjust = i < shape.strideAdjust.size() ? shape.strideAdjust[i] : 0;
-    const bool packed = shape.zeroStrides && entry.zeroStrideIsPacked;
-    actual[i] = packed ? rowBytes[i] : uint64_t(std::max<int64_t>(0, int64_t(rowBytes[i] + shape.padding) + adjust));
+    const int64_t adjusted = std::max<int64_t>(0, int64_t(rowBytes[i] + shape.padding) + adjust);
+    // An adjustment down to 0 gives the packed layout too.
+    const bool packed = entry.zeroStrideIsPacked && (shape.zeroStrides || adjusted == 0);
+    actual[i] = packed ? rowBytes[i] : uint64_t(adjusted);
     strides_.push_back(packed ? 0 : uint32_t(actual[i]));
   }
   for (const BufferSpec& spec : specs) {
@@ -104,6 +120,27 @@ void EntryBuffers::place(const EntrySpec& entry, const Shape& shape) {
     memset(buffer.memory->data(), kSentinel, buffer.memory->size());
     buffers_.push_back(std::move(buffer));
   }
+  poisonSurroundings(true);
+}
+
+EntryBuffers::~EntryBuffers() { poisonSurroundings(false); }
+
+void EntryBuffers::poisonSurroundings(bool poison) const {
+#ifdef ORVIK_POISON_SURROUNDINGS
+  for (const Placed& buffer : buffers_) {
+    uint8_t* all = buffer.memory->data();
+    uint8_t* tail = buffer.data() + buffer.extent;
+    if (poison) {
+      ASAN_POISON_MEMORY_REGION(all, kLead);
+      ASAN_POISON_MEMORY_REGION(tail, buffer.tail);
+    } else {
+      ASAN_UNPOISON_MEMORY_REGION(all, kLead);
+      ASAN_UNPOISON_MEMORY_REGION(tail, buffer.tail);
+    }
+  }
+#else
+  (void)poison;
+#endif
 }
 
 void EntryBuffers::fillInputs(SplitMix64& rng) {
@@ -134,8 +171,10 @@ EntryCall EntryBuffers::call(const std::vector<int64_t>& options) const {
 }
 
 void EntryBuffers::resetOutputs() {
+  poisonSurroundings(false);
   for (Placed& buffer : buffers_)
     if (buffer.spec.output) memset(buffer.memory->data(), kSentinel, buffer.memory->size());
+  poisonSurroundings(true);
 }
 
 std::vector<uint8_t> EntryBuffers::contents(size_t i) const {
@@ -161,6 +200,13 @@ bool EntryBuffers::insideRows(const Placed& buffer, uint64_t offset) const {
 }
 
 std::string EntryBuffers::damage() const {
+  poisonSurroundings(false);
+  const std::string found = firstDamage();
+  poisonSurroundings(true);
+  return found;
+}
+
+std::string EntryBuffers::firstDamage() const {
   for (const Placed& buffer : buffers_) {
     const uint8_t* all = buffer.memory->data();
     for (size_t i = 0; i < kLead; ++i)
@@ -168,7 +214,8 @@ std::string EntryBuffers::damage() const {
     for (uint64_t i = 0; i < buffer.tail; ++i)
       if (all[kLead + buffer.extent + i] != kSentinel) return buffer.spec.name + ": written past its end";
     if (!buffer.spec.output) {
-      if (memcmp(buffer.data(), buffer.original.data(), buffer.extent) != 0) return buffer.spec.name + ": input changed";
+      if (!std::equal(buffer.data(), buffer.data() + buffer.extent, buffer.original.begin()))
+        return buffer.spec.name + ": input changed";
       continue;
     }
     for (uint64_t i = 0; i < buffer.extent; ++i)
@@ -179,10 +226,13 @@ std::string EntryBuffers::damage() const {
 }
 
 bool EntryBuffers::outputsUntouched() const {
+  poisonSurroundings(false);
+  bool untouched = true;
   for (const Placed& buffer : buffers_) {
-    if (!buffer.spec.output) continue;
     const uint8_t* all = buffer.memory->data();
-    if (std::any_of(all, all + buffer.memory->size(), [](uint8_t b) { return b != kSentinel; })) return false;
+    if (buffer.spec.output)
+      untouched = untouched && std::all_of(all, all + buffer.memory->size(), [](uint8_t b) { return b == kSentinel; });
   }
-  return true;
+  poisonSurroundings(true);
+  return untouched;
 }

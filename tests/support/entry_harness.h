@@ -49,6 +49,9 @@ class EntryBuffers {
   EntryBuffers(const EntrySpec& entry, const Shape& shape, uint64_t seed);
   // Inputs from the given bytes, repeated as needed (fuzzing).
   EntryBuffers(const EntrySpec& entry, const Shape& shape, const uint8_t* bytes, size_t count);
+  ~EntryBuffers();
+  EntryBuffers(const EntryBuffers&) = delete;
+  EntryBuffers& operator=(const EntryBuffers&) = delete;
 
   EntryCall call(const std::vector<int64_t>& options) const;
   // Every output back to the sentinel.
@@ -76,6 +79,8 @@ class EntryBuffers {
   };
 
   void place(const EntrySpec& entry, const Shape& shape);
+  void poisonSurroundings(bool poison) const;
+  std::string firstDamage() const;
   void fillInputs(SplitMix64& rng);
   bool insideRows(const Placed& buffer, uint64_t offset) const;
 

@@ -13,6 +13,8 @@
 #include <vector>
 
 enum class Family { kFilter, kGradient, kYccToRgb, kRgbToYcc };
+constexpr Family kFamilies[] = {Family::kFilter, Family::kGradient, Family::kYccToRgb, Family::kRgbToYcc};
+// Also the name of the family's golden file and fuzz target.
 const char* familyName(Family family);
 
 // `rows` rows of `rowBytes` bytes.  The stride between them is stride
