@@ -86,11 +86,17 @@ int runInfo() {
 
 using OptionValues = std::map<std::string, std::string>;  // option name -> value
 
+struct IntegerRange {
+  int32_t min;
+  int32_t max;
+};
+
 struct FilterOption {
   std::string name;  // given as --name VALUE or --name=VALUE
-  std::vector<std::string> values;  // none: any integer
+  std::vector<std::string> values;  // none: an integer in `range`
   std::string defaultValue;
   const char* help;
+  IntegerRange range{};
 };
 
 // Filters one packed 8-bit plane into dst, which starts as a copy of src so
@@ -98,11 +104,21 @@ struct FilterOption {
 using PlaneFilter = void (*)(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst,
                              const OptionValues& options);
 
+// Smoothing filters work on every color plane; edge detectors on one gray
+// plane, since an edge map per channel is not what anyone wants.
+enum class FilterInput { kEachColorPlane, kGrayPlane };
+
+// Rejects option values that are each valid but not together.
+using OptionCheck = void (*)(const OptionValues& options);
+
 struct FilterCommand {
   std::string name;
   const char* entry;  // the exported operation behind it, for the report
   PlaneFilter filterPlane;
+  FilterInput input;
+  uint32_t minSide;  // the smallest width and height the operation takes
   std::vector<FilterOption> options;
+  OptionCheck checkOptions = nullptr;
 };
 
 void gaussian3x3Plane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, const OptionValues& options) {
@@ -172,30 +188,43 @@ void cannyPlane(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* ds
   ovkFilterCanny3x3u8_v2(src, width, height, 0, dst, 0, std::stoi(options.at("low")), std::stoi(options.at("high")));
 }
 
+// The library refuses low > high with a log line and leaves dst alone.
+void checkCannyThresholds(const OptionValues& options) {
+  const std::string& low = options.at("low");
+  const std::string& high = options.at("high");
+  if (std::stoi(low) > std::stoi(high))
+    throw CommandError{kExitUsage, "canny: --low (" + low + ") must not be above --high (" + high + ")"};
+}
+
+// Thresholds are compared with the L1 Sobel magnitude, which spans 0..2040.
+constexpr IntegerRange kCannyThresholdRange{0, 2040};
+
 // clang-format off
 const FilterCommand kFilters[] = {
-    {"gaussian3x3", "ovkFilterGaussian3x3u8_v2", gaussian3x3Plane,
+    {"gaussian3x3", "ovkFilterGaussian3x3u8_v2", gaussian3x3Plane, FilterInput::kEachColorPlane, 2,
      {{"border", {"none", "blur"}, "blur", "blur: edge pixels from their taps inside the image; none: keep them"}}},
-    {"gaussian5x5", "ovkFilterGaussian5x5u8_v2", gaussian5x5Plane,
+    {"gaussian5x5", "ovkFilterGaussian5x5u8_v2", gaussian5x5Plane, FilterInput::kEachColorPlane, 5,
      {{"border", {"none", "blur"}, "blur",
        "blur: the 2-pixel edge band from its taps inside the image; none: keep it"}}},
-    {"gaussian11x11", "ovkFilterGaussian11x11u8_v2", gaussian11x11Plane,
+    {"gaussian11x11", "ovkFilterGaussian11x11u8_v2", gaussian11x11Plane, FilterInput::kEachColorPlane, 11,
      {{"border", {"none", "blur"}, "blur",
        "blur: the 5-pixel edge band from its taps inside the image; none: keep it"}}},
-    {"box3x3", "ovkBoxFilter3x3u8_v2", box3x3Plane,
+    // 3x3 for the first-generation filter, --border first
+    {"box3x3", "ovkBoxFilter3x3u8_v2", box3x3Plane, FilterInput::kEachColorPlane, 3,
      {{"border", {"none", "constant", "replicate", "first"}, "replicate",
        "edge taps read 0 (none), mid-grey (constant), the nearest edge pixel (replicate); first: the "
        "first-generation filter, which reads 0"}}},
-    {"box5x5", "ovkBoxFilter5x5u8", box5x5Plane, {}},
-    {"box11x11", "ovkBoxFilter11x11u8", box11x11Plane, {}},
-    {"median3x3", "ovkFilterMedian3x3u8_v3", median3x3Plane,
+    {"box5x5", "ovkBoxFilter5x5u8", box5x5Plane, FilterInput::kEachColorPlane, 5, {}},
+    {"box11x11", "ovkBoxFilter11x11u8", box11x11Plane, FilterInput::kEachColorPlane, 11, {}},
+    {"median3x3", "ovkFilterMedian3x3u8_v3", median3x3Plane, FilterInput::kEachColorPlane, 2,
      {{"border", {"none", "constant", "replicate"}, "replicate",
        "none: keep the edge pixels; constant: missing taps read mid-grey; replicate: the nearest edge pixel"}}},
-    {"sobel", "ovkFilterSobel3x3u8_v2", sobelPlane, {}},
-    {"scharr", "ovkImageGradientScharrInterleaveds16", scharrPlane, {}},
-    {"canny", "ovkFilterCanny3x3u8_v2", cannyPlane,
-     {{"low", {}, "100", "weak edges: L1 Sobel magnitude (0..2040) above this"},
-      {"high", {}, "250", "strong edges: magnitude above this; weak ones touching them join"}}},
+    {"sobel", "ovkFilterSobel3x3u8_v2", sobelPlane, FilterInput::kGrayPlane, 2, {}},
+    {"scharr", "ovkImageGradientScharrInterleaveds16", scharrPlane, FilterInput::kGrayPlane, 2, {}},
+    {"canny", "ovkFilterCanny3x3u8_v2", cannyPlane, FilterInput::kGrayPlane, 3,
+     {{"low", {}, "100", "weak edges: L1 Sobel magnitude above this; not above --high", kCannyThresholdRange},
+      {"high", {}, "250", "strong edges: magnitude above this; weak ones touching them join", kCannyThresholdRange}},
+     checkCannyThresholds},
 };
 // clang-format on
 
@@ -225,13 +254,22 @@ const FilterOption& findOption(const FilterCommand& filter, const std::string& n
   throw CommandError{kExitUsage, filter.name + " has no option --" + name};
 }
 
+std::string rangeText(const IntegerRange& range) {
+  return std::to_string(range.min) + ".." + std::to_string(range.max);
+}
+
+void requireIntegerInRange(const FilterOption& option, const std::string& value) {
+  if (isInteger(value) && std::stoi(value) >= option.range.min && std::stoi(value) <= option.range.max) return;
+  throw CommandError{kExitUsage, "--" + option.name + " takes an integer in " + rangeText(option.range) + ", not '" +
+                                     value + "'"};
+}
+
 void setOption(const FilterCommand& filter, const std::string& name, const std::string& value, OptionValues& options) {
   const FilterOption& option = findOption(filter, name);
-  if (option.values.empty()) {
-    if (!isInteger(value)) throw CommandError{kExitUsage, "--" + name + " takes an integer, not '" + value + "'"};
-  } else if (std::find(option.values.begin(), option.values.end(), value) == option.values.end()) {
+  if (option.values.empty())
+    requireIntegerInRange(option, value);
+  else if (std::find(option.values.begin(), option.values.end(), value) == option.values.end())
     throw CommandError{kExitUsage, "--" + name + " takes " + joined(option.values) + ", not '" + value + "'"};
-  }
   options[name] = value;
 }
 
@@ -279,6 +317,7 @@ RunRequest parseRun(const std::vector<std::string>& args) {
       paths.push_back(args[i]);
   }
   if (paths.size() > 2) throw CommandError{kExitUsage, "run takes at most IN.png and OUT.png"};
+  if (filter.checkOptions) filter.checkOptions(options);
   return {&filter, paths.size() > 0 ? paths[0] : samplePath(), paths.size() > 1 ? paths[1] : filter.name + ".png",
           options};
 }
@@ -291,30 +330,75 @@ void insertPlane(const std::vector<uint8_t>& plane, uint32_t channel, Interleave
   for (size_t i = 0; i < plane.size(); ++i) image.pixels[i * image.channels + channel] = plane[i];
 }
 
-// Filters every color plane into `filtered` (alpha is copied) and returns the
-// microseconds spent in the filter itself.
-uint64_t filterImage(const RunRequest& request, const InterleavedImage& image, InterleavedImage& filtered) {
-  filtered = image;
-  std::vector<uint8_t> source(size_t(image.width) * image.height);
-  std::vector<uint8_t> result(source.size());
-  uint64_t micros = 0;
-  for (uint32_t channel = 0; channel < image.colorChannels(); ++channel) {
-    extractPlane(image, channel, source);
-    result = source;
-    const uint64_t start = ovkGetTime();
-    request.filter->filterPlane(source.data(), image.width, image.height, result.data(), request.options);
-    micros += ovkGetTime() - start;
-    insertPlane(result, channel, filtered);
-  }
-  return micros;
+struct FilteredImage {
+  InterleavedImage image;
+  uint64_t micros;  // spent in the filter itself
+  uint32_t planes;
+};
+
+// Filters `source` into `result`, which starts as its copy; returns the
+// microseconds the filter took.
+uint64_t filterPlane(const RunRequest& request, uint32_t width, uint32_t height, const std::vector<uint8_t>& source,
+                     std::vector<uint8_t>& result) {
+  result = source;
+  const uint64_t start = ovkGetTime();
+  request.filter->filterPlane(source.data(), width, height, result.data(), request.options);
+  return ovkGetTime() - start;
 }
 
-InterleavedImage readInput(const std::string& path) {
+// Every color plane filtered on its own; alpha is copied.
+FilteredImage filterEachColorPlane(const RunRequest& request, const InterleavedImage& image) {
+  FilteredImage filtered{image, 0, image.colorChannels()};
+  std::vector<uint8_t> source(size_t(image.width) * image.height);
+  std::vector<uint8_t> result;
+  for (uint32_t channel = 0; channel < image.colorChannels(); ++channel) {
+    extractPlane(image, channel, source);
+    filtered.micros += filterPlane(request, image.width, image.height, source, result);
+    insertPlane(result, channel, filtered.image);
+  }
+  return filtered;
+}
+
+std::vector<uint8_t> rgbWithoutAlpha(const InterleavedImage& rgba) {
+  const size_t pixels = size_t(rgba.width) * rgba.height;
+  std::vector<uint8_t> rgb(pixels * 3);
+  for (size_t i = 0; i < pixels; ++i) std::copy_n(&rgba.pixels[i * 4], 3, &rgb[i * 3]);
+  return rgb;
+}
+
+// Color through the library's conversion, gray as it is; alpha is dropped.
+std::vector<uint8_t> grayPlaneOf(const InterleavedImage& image) {
+  std::vector<uint8_t> gray(size_t(image.width) * image.height);
+  if (image.colorChannels() == 1) {
+    extractPlane(image, 0, gray);
+    return gray;
+  }
+  const std::vector<uint8_t> rgb = image.hasAlpha() ? rgbWithoutAlpha(image) : image.pixels;
+  ovkColorRGB888ToGrayu8(rgb.data(), image.width, image.height, 0, gray.data(), 0);
+  return gray;
+}
+
+FilteredImage filterGrayPlane(const RunRequest& request, const InterleavedImage& image) {
+  FilteredImage filtered{{image.width, image.height, 1, {}}, 0, 1};
+  filtered.micros = filterPlane(request, image.width, image.height, grayPlaneOf(image), filtered.image.pixels);
+  return filtered;
+}
+
+// How the input became the gray plane the filter read; empty when it was gray.
+std::string grayConversionText(const InterleavedImage& image) {
+  if (image.colorChannels() == 1) return image.hasAlpha() ? "to gray by dropping alpha" : "";
+  const std::string conversion = "to gray by ovkColorRGB888ToGrayu8 " + implementationOf("ovkColorRGB888ToGrayu8");
+  return image.hasAlpha() ? conversion + ", alpha dropped" : conversion;
+}
+
+InterleavedImage readInput(const std::string& path, const FilterCommand& filter) {
   InterleavedImage image;
   std::string error;
   if (!readPng(path, image, error)) throw CommandError{kExitUsage, path + ": " + error};
-  if (image.width < 2 || image.height < 2)
-    throw CommandError{kExitUsage, path + ": the filters need at least 2x2 pixels"};
+  if (image.width < filter.minSide || image.height < filter.minSide)
+    throw CommandError{kExitUsage, path + ": " + filter.name + " needs at least " + std::to_string(filter.minSide) +
+                                       "x" + std::to_string(filter.minSide) + " pixels, not " +
+                                       std::to_string(image.width) + "x" + std::to_string(image.height)};
   return image;
 }
 
@@ -324,31 +408,47 @@ std::string optionsText(const OptionValues& options) {
   return text;
 }
 
-int runFilter(const RunRequest& request) {
-  const InterleavedImage image = readInput(request.input);
-  if (setMode() != 0) return kExitFailure;
-  InterleavedImage filtered;
-  const uint64_t micros = filterImage(request, image, filtered);
-  std::string error;
-  if (!writePng(request.output, filtered, error)) throw CommandError{kExitFailure, request.output + ": " + error};
+const char* layoutName(uint32_t channels) {
   static const char* const kLayouts[] = {"", "gray", "gray+alpha", "RGB", "RGBA"};
+  return kLayouts[channels];
+}
+
+void printRunSummary(const RunRequest& request, const InterleavedImage& image, const FilteredImage& filtered) {
   printf("input:          %s (%ux%u, %s)\n", request.input.c_str(), image.width, image.height,
-         kLayouts[image.channels]);
+         layoutName(image.channels));
+  const std::string conversion = request.filter->input == FilterInput::kGrayPlane ? grayConversionText(image) : "";
+  if (!conversion.empty()) printf("converted:      %s\n", conversion.c_str());
   printf("filter:         %s%s\n", request.filter->name.c_str(), optionsText(request.options).c_str());
-  printf("time:           %" PRIu64 " us for %u plane(s)\n", micros, image.colorChannels());
+  printf("time:           %" PRIu64 " us for %u plane(s)\n", filtered.micros, filtered.planes);
   printf("implementation: %s %s\n", request.filter->entry, implementationOf(request.filter->entry).c_str());
-  printf("output:         %s\n", request.output.c_str());
+  printf("output:         %s (%s)\n", request.output.c_str(), layoutName(filtered.image.channels));
+}
+
+int runFilter(const RunRequest& request) {
+  const InterleavedImage image = readInput(request.input, *request.filter);
+  if (setMode() != 0) return kExitFailure;
+  const FilteredImage filtered = request.filter->input == FilterInput::kGrayPlane
+                                     ? filterGrayPlane(request, image)
+                                     : filterEachColorPlane(request, image);
+  std::string error;
+  if (!writePng(request.output, filtered.image, error)) throw CommandError{kExitFailure, request.output + ": " + error};
+  printRunSummary(request, image, filtered);
   return 0;
 }
 
 // ---- Usage ---------------------------------------------------------------------
 
+std::string valuesText(const FilterOption& option) {
+  return option.values.empty() ? "N in " + rangeText(option.range) : joined(option.values);
+}
+
 void printFilterHelp(FILE* out) {
   for (const FilterCommand& filter : kFilters) {
-    fprintf(out, "  %s  (%s)\n", filter.name.c_str(), filter.entry);
+    fprintf(out, "  %s  (%s%s)\n", filter.name.c_str(), filter.entry,
+            filter.input == FilterInput::kGrayPlane ? ", on the gray image" : "");
     for (const FilterOption& option : filter.options)
-      fprintf(out, "    --%s %s  (default %s)\n        %s\n", option.name.c_str(),
-              option.values.empty() ? "N" : joined(option.values).c_str(), option.defaultValue.c_str(), option.help);
+      fprintf(out, "    --%s %s  (default %s)\n        %s\n", option.name.c_str(), valuesText(option).c_str(),
+              option.defaultValue.c_str(), option.help);
   }
 }
 
@@ -359,15 +459,20 @@ void printUsage(FILE* out) {
           "       orvik convert IN OUT [--from FORMAT] [--to FORMAT] [--size WxH] [--range video|full]\n"
           "       orvik --help\n\n"
           "info  version, hardware report and the implementation each operation runs\n"
-          "run   filters every color plane of IN.png (default: the astronaut sample,\n"
-          "      %s), copies alpha, writes OUT.png (default: FILTER.png)\n"
+          "run   filters IN.png (default: the astronaut sample,\n"
+          "      %s) into OUT.png (default: FILTER.png).\n"
+          "      Smoothing filters work on every color plane and copy alpha; edge\n"
+          "      filters convert color to gray (ovkColorRGB888ToGrayu8), drop alpha\n"
+          "      and write a gray PNG\n"
           "convert  a PNG to a raw 4:2:0 YCbCr frame or back\n\n"
           "filters:\n",
           samplePath().c_str());
   printFilterHelp(out);
   fputc('\n', out);
   printConvertHelp(out);
-  fprintf(out, "\nexit status: 0 done, 1 library or output failure, 2 bad usage or unreadable input\n");
+  fprintf(out,
+          "\nexit status: 0 done, 1 library or output failure, 2 bad usage or unreadable input;\n"
+          "a failure leaves no output file\n");
 }
 
 int dispatch(const std::vector<std::string>& args) {

@@ -1,15 +1,17 @@
 #include "orvikConvert.h"
 
+#include <errno.h>
 #include <inttypes.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
+#include <memory>
 
 #include "orvik.h"
 #include "orvikCommand.h"
+#include "orvikOutput.h"
 #include "orvikPng.h"
 
 namespace {
@@ -233,15 +235,19 @@ std::vector<uint8_t> bgrOf(const InterleavedImage& image) {
 }
 
 void writeFile(const std::string& path, const std::vector<uint8_t>& bytes) {
-  std::ofstream file(path, std::ios::binary);
-  file.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-  if (!file) throw CommandError{kExitFailure, path + ": cannot write"};
+  std::string error;
+  if (!writeOutputFile(path, bytes, error)) throw CommandError{kExitFailure, path + ": " + error};
 }
 
 std::vector<uint8_t> readFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw CommandError{kExitUsage, path + ": cannot read"};
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(path.c_str(), "rb"), fclose);
+  if (!file) throw CommandError{kExitUsage, path + ": " + strerror(errno)};
+  std::vector<uint8_t> bytes;
+  uint8_t block[65536];
+  while (const size_t bytesRead = fread(block, 1, sizeof block, file.get()))
+    bytes.insert(bytes.end(), block, block + bytesRead);
+  if (ferror(file.get())) throw CommandError{kExitUsage, path + ": " + strerror(errno)};
+  return bytes;
 }
 
 struct Conversion {
@@ -270,7 +276,7 @@ Conversion rawToPng(const ConvertRequest& request) {
   std::vector<uint8_t> raw = readFile(request.input);
   const Frame frame{request.width, request.height, raw.data()};
   if (raw.size() != frame.bytes())
-    throw CommandError{kExitUsage, request.input + " has " + std::to_string(raw.size()) + " bytes; a " +
+    throw CommandError{kExitUsage, request.input + ": " + std::to_string(raw.size()) + " bytes, but a " +
                                        std::to_string(frame.width) + "x" + std::to_string(frame.height) + " " +
                                        request.format->name + " frame has " + std::to_string(frame.bytes())};
   InterleavedImage image;

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+#include "orvikOutput.h"
+
 namespace {
 
 constexpr size_t kSignatureBytes = 8;
@@ -30,10 +32,21 @@ void keepErrorMessage(png_structp png, png_const_charp message) {
 
 void ignoreWarning(png_structp, png_const_charp) {}
 
-bool hasPngSignature(FILE* file) {
+// Why the file does not start with a PNG signature; empty when it does.
+std::string signatureProblem(FILE* file) {
   png_byte signature[kSignatureBytes];
-  return fread(signature, 1, sizeof signature, file) == sizeof signature &&
-         png_sig_cmp(signature, 0, sizeof signature) == 0;
+  const size_t bytesRead = fread(signature, 1, sizeof signature, file);
+  if (ferror(file)) return strerror(errno);
+  if (bytesRead == 0) return "empty file";
+  if (bytesRead < sizeof signature || png_sig_cmp(signature, 0, sizeof signature) != 0) return "not a PNG file";
+  return "";
+}
+
+// libpng's own reader says only "Read Error" when the file ends early.
+void readOrFail(png_structp png, png_bytep data, size_t length) {
+  FILE* file = static_cast<FILE*>(png_get_io_ptr(png));
+  if (fread(data, 1, length, file) == length) return;
+  png_error(png, ferror(file) ? strerror(errno) : "truncated: the file ends inside the image");
 }
 
 void requestEightBitChannels(png_structp png, png_infop info) {
@@ -58,7 +71,7 @@ bool decodePng(FILE* file, InterleavedImage& image, std::string& error) {
     return false;
   }
   if (setjmp(png_jmpbuf(structs.png))) return false;
-  png_init_io(structs.png, file);
+  png_set_read_fn(structs.png, file, readOrFail);
   png_set_sig_bytes(structs.png, kSignatureBytes);
   png_read_info(structs.png, structs.info);
   requestEightBitChannels(structs.png, structs.info);
@@ -94,10 +107,8 @@ bool readPng(const std::string& path, InterleavedImage& image, std::string& erro
     error = strerror(errno);
     return false;
   }
-  if (!hasPngSignature(file.get())) {
-    error = "not a PNG file";
-    return false;
-  }
+  error = signatureProblem(file.get());
+  if (!error.empty()) return false;
   return decodePng(file.get(), image, error);
 }
 
@@ -107,7 +118,14 @@ bool writePng(const std::string& path, const InterleavedImage& image, std::strin
   png.width = image.width;
   png.height = image.height;
   png.format = pngFormatOf(image.channels);
-  if (png_image_write_to_file(&png, path.c_str(), 0, image.pixels.data(), 0, nullptr)) return true;
-  error = png.message;
-  return false;
+  // Encoded in memory, at most the bound libpng gives, so that the file is
+  // written in one go.
+  std::vector<uint8_t> encoded(PNG_IMAGE_PNG_SIZE_MAX(png));
+  png_alloc_size_t bytes = encoded.size();
+  if (!png_image_write_to_memory(&png, encoded.data(), &bytes, 0, image.pixels.data(), 0, nullptr)) {
+    error = png.message;
+    return false;
+  }
+  encoded.resize(bytes);
+  return writeOutputFile(path, encoded, error);
 }

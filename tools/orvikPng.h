@@ -21,6 +21,7 @@ struct InterleavedImage {
 // RGB(A), low bit depths are widened and 16-bit samples keep their high byte.
 // On failure `error` says why.
 bool readPng(const std::string& path, InterleavedImage& image, std::string& error);
+// A failed write leaves no file behind (see writeOutputFile).
 bool writePng(const std::string& path, const InterleavedImage& image, std::string& error);
 
 #endif

@@ -1,0 +1,16 @@
+// Output files of the orvik command appear whole or not at all.
+#ifndef ORVIK_TOOLS_OUTPUT_H
+#define ORVIK_TOOLS_OUTPUT_H
+
+#include <stdint.h>
+
+#include <string>
+#include <vector>
+
+// Writes a regular file through a temporary file beside it, renamed into
+// place once complete, so a failure leaves no partial file (and an existing
+// one untouched).  Devices and pipes such as /dev/null are written directly.
+// On failure `error` says why.
+bool writeOutputFile(const std::string& path, const std::vector<uint8_t>& bytes, std::string& error);
+
+#endif
