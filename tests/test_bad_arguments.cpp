@@ -22,13 +22,13 @@ const char kSpanCondition[] = "output rows do not overlap && every buffer spans 
 
 using BadArguments = EntryTest;
 
-std::string assertionLine(const EntrySpec& entry, const std::string& condition) {
+std::string assertionLine(const EntryInfo& entry, const std::string& condition) {
   return "Assertion failed @" + entry.name + ": " + condition + "\n";
 }
 
 // A valid call that the cases spoil one argument of.
 struct Case {
-  explicit Case(const EntrySpec& entry, Shape shape = {})
+  explicit Case(const EntryInfo& entry, Shape shape = {})
       : entry(entry),
         shape(shape.width ? shape : Shape{std::max(entry.minWidth, 9u), std::max(entry.minHeight, 7u)}),
         buffers(entry, this->shape, fnv1a64(entry.name)),
@@ -37,13 +37,13 @@ struct Case {
   // The bytes a row of stride argument i holds at this shape.
   uint64_t rowBytes(size_t strideArg) const {
     uint64_t bytes = 0;
-    for (const BufferSpec& buffer : entry.buffers(shape.width, shape.height))
+    for (const BufferInfo& buffer : entry.buffers(shape.width, shape.height))
       for (const Region& region : buffer.regions)
         if (region.strideArg == int(strideArg)) bytes = std::max(bytes, region.rowBytes);
     return bytes;
   }
   bool strideOfOutput(size_t strideArg) const {
-    for (const BufferSpec& buffer : entry.buffers(shape.width, shape.height))
+    for (const BufferInfo& buffer : entry.buffers(shape.width, shape.height))
       for (const Region& region : buffer.regions)
         if (region.strideArg == int(strideArg)) return buffer.output;
     return false;
@@ -54,7 +54,7 @@ struct Case {
     call.height = height;
     for (size_t i = 0; i < call.strides.size(); ++i) {
       uint64_t bytes = 0;
-      for (const BufferSpec& buffer : entry.buffers(width, height))
+      for (const BufferInfo& buffer : entry.buffers(width, height))
         for (const Region& region : buffer.regions)
           if (region.strideArg == int(i)) bytes = std::max(bytes, region.rowBytes);
       call.strides[i] = entry.zeroStrideIsPacked ? 0 : uint32_t(bytes);
@@ -93,19 +93,19 @@ struct Case {
     EXPECT_EQ(buffers.damage(), "") << entry.name << ", " << what;
   }
 
-  const EntrySpec& entry;
+  const EntryInfo& entry;
   Shape shape;
   EntryBuffers buffers;
   EntryCall call;
 };
 
 TEST_F(BadArguments, NullPointersAndZeroSizes) {
-  for (const EntrySpec& entry : entryTable()) {
+  for (const EntryInfo& entry : entryTable()) {
     for (size_t i = 0; i < Case(entry).buffers.bufferCount(); ++i) {
       Case c(entry);
-      if (c.buffers.spec(i).nullable) continue;
+      if (c.buffers.info(i).nullable) continue;
       c.call.buffers[i] = nullptr;
-      c.expectCondition("null " + c.buffers.spec(i).name);
+      c.expectCondition("null " + c.buffers.info(i).name);
     }
     Case zeroWidth(entry), zeroHeight(entry);
     zeroWidth.call.width = 0;
@@ -119,25 +119,25 @@ TEST_F(BadArguments, NullPointersAndZeroSizes) {
 // the same and nothing else is written.
 TEST_F(BadArguments, OptionalBuffersMayBeNull) {
   int optional = 0;
-  for (const EntrySpec& entry : entryTable()) {
+  for (const EntryInfo& entry : entryTable()) {
     Case full(entry);
     entry.invoke(full.call);
     for (size_t i = 0; i < full.buffers.bufferCount(); ++i) {
-      if (!full.buffers.spec(i).nullable) continue;
+      if (!full.buffers.info(i).nullable) continue;
       ++optional;
       Case c(entry);
       c.call.buffers[i] = nullptr;
-      c.expectAccepted("null " + c.buffers.spec(i).name);
+      c.expectAccepted("null " + c.buffers.info(i).name);
       for (size_t j = 0; j < c.buffers.bufferCount(); ++j)
-        if (c.buffers.spec(j).output && !c.buffers.spec(j).nullable)
-          EXPECT_EQ(c.buffers.contents(j), full.buffers.contents(j)) << entry.name << ", " << c.buffers.spec(j).name;
+        if (c.buffers.info(j).output && !c.buffers.info(j).nullable)
+          EXPECT_EQ(c.buffers.contents(j), full.buffers.contents(j)) << entry.name << ", " << c.buffers.info(j).name;
     }
   }
   EXPECT_EQ(optional, 2);
 }
 
 TEST_F(BadArguments, SizesBelowTheSmallest) {
-  for (const EntrySpec& entry : entryTable()) {
+  for (const EntryInfo& entry : entryTable()) {
     if (entry.minWidth > 1 && entry.fatalBelowMinWidth.empty()) {
       Case c(entry);
       c.call.width = entry.minWidth - 1;
@@ -154,7 +154,7 @@ TEST_F(BadArguments, SizesBelowTheSmallest) {
 // The deliberate internal check of the subsampled colour rows ends the process.
 TEST(BadArgumentsDeathTest, SingleColumnsEndTheSubsampledColourConversions) {
   int fatal = 0;
-  for (const EntrySpec& entry : entryTable()) {
+  for (const EntryInfo& entry : entryTable()) {
     if (entry.fatalBelowMinWidth.empty()) continue;
     ++fatal;
     Case c(entry);
@@ -174,7 +174,7 @@ TEST(BadArgumentsDeathTest, SingleColumnsEndTheSubsampledColourConversions) {
 // checks that stride, by the span check for outputs (their rows would
 // overlap), and read as given for inputs.
 TEST_F(BadArguments, StridesBelowTheirRows) {
-  for (const EntrySpec& entry : entryTable())
+  for (const EntryInfo& entry : entryTable())
     for (size_t i = 0; i < entry.strides.size(); ++i) {
       Case c(entry);
       if (c.rowBytes(i) < 2) continue;
@@ -190,7 +190,7 @@ TEST_F(BadArguments, StridesBelowTheirRows) {
 }
 
 TEST_F(BadArguments, SizesBeyond31Bits) {
-  for (const EntrySpec& entry : entryTable()) {
+  for (const EntryInfo& entry : entryTable()) {
     // Every row fits 32 bits, the image does not.
     Case image(entry);
     image.packedStridesFor(65536, 65537);
@@ -216,7 +216,7 @@ TEST_F(BadArguments, SizesBeyond31Bits) {
 
 TEST_F(BadArguments, RefusedOptions) {
   int refused = 0;
-  for (const EntrySpec& entry : entryTable())
+  for (const EntryInfo& entry : entryTable())
     for (const std::vector<int64_t>& options : entry.rejectedOptions) {
       Case c(entry);
       c.call.options = options;

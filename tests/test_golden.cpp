@@ -29,7 +29,7 @@ using Lines = std::map<Family, std::vector<std::string>>;
 
 // The smallest size the entry accepts, then odd sizes, padded rows, odd and
 // aligned starts, and rows beyond two of the widest vectors.
-std::vector<Shape> goldenShapes(const EntrySpec& entry) {
+std::vector<Shape> goldenShapes(const EntryInfo& entry) {
   std::vector<Shape> shapes = {{entry.minWidth, entry.minHeight},
                                {17, 9, 0, true},
                                {67, 13, 3, false, 1},
@@ -50,7 +50,7 @@ std::string hex64(uint64_t value) {
 
 // "<entry> <shape> <options> : <output>=<hash> ..."; problems other than
 // the bytes (a damaged input or padding) go to `damage`.
-std::string goldenLine(const EntrySpec& entry, const Shape& shape, const std::vector<int64_t>& options,
+std::string goldenLine(const EntryInfo& entry, const Shape& shape, const std::vector<int64_t>& options,
                        std::vector<std::string>& damage) {
   std::string key = entry.name + " " + shape.label();
   for (size_t i = 0; i < options.size(); ++i) key += " " + entry.options[i].name + "=" + std::to_string(options[i]);
@@ -59,7 +59,7 @@ std::string goldenLine(const EntrySpec& entry, const Shape& shape, const std::ve
   std::string line = key + " :";
   if (entry.returnsStatus()) line += " status=" + std::to_string(status);
   for (size_t i = 0; i < buffers.bufferCount(); ++i)
-    if (buffers.spec(i).output) line += " " + buffers.spec(i).name + "=" + hex64(buffers.hash(i));
+    if (buffers.info(i).output) line += " " + buffers.info(i).name + "=" + hex64(buffers.hash(i));
   const std::string problem = buffers.damage();
   if (!problem.empty()) damage.push_back(key + ": " + problem);
   return line;
@@ -67,7 +67,7 @@ std::string goldenLine(const EntrySpec& entry, const Shape& shape, const std::ve
 
 Lines computeLines(std::vector<std::string>& damage) {
   Lines lines;
-  for (const EntrySpec& entry : entryTable())
+  for (const EntryInfo& entry : entryTable())
     for (const Shape& shape : goldenShapes(entry))
       for (const std::vector<int64_t>& options : entry.goldenOptions)
         lines[entry.family].push_back(goldenLine(entry, shape, options, damage));
@@ -121,7 +121,7 @@ size_t lineCount(const Lines& lines) {
 
 TEST(Golden, EveryRegistryEntryHasExactlyOneTableLine) {
   std::multiset<std::string> tableNames;
-  for (const EntrySpec& entry : entryTable()) tableNames.insert(entry.name);
+  for (const EntryInfo& entry : entryTable()) tableNames.insert(entry.name);
   std::set<std::string> registryNames;
   for (uint32_t i = 0; i < ovkEntryCount; ++i) {
     registryNames.insert(ovkEntryList[i].name);

@@ -102,7 +102,7 @@ std::atomic<uint64_t> gLinesPerSink[2];
 
 std::map<std::string, KnownLine> knownLines() {
   std::map<std::string, KnownLine> lines;
-  for (const EntrySpec& entry : entryTable()) {
+  for (const EntryInfo& entry : entryTable()) {
     for (const char* impl : {"CPU", "PELAR"}) lines[entry.name + "_" + impl] = {kPerCall, kDebug};
     if (!entry.returnsStatus())
       lines["Assertion failed @" + entry.name + ": " + entry.condition + "\n"] = {kAssertion, kError};
@@ -139,28 +139,28 @@ void swapSinks(const std::vector<ovkLogSink>& rotation, const std::atomic<bool>&
 
 // ---- One worker's calls ------------------------------------------------------------
 
-bool isCanny(const EntrySpec& entry) { return entry.name.rfind("ovkFilterCanny", 0) == 0; }
+bool isCanny(const EntryInfo& entry) { return entry.name.rfind("ovkFilterCanny", 0) == 0; }
 
 // An entry on this worker's buffers, with the status and outputs the same
 // call gave before the threads started.
 struct EntryRun {
-  EntryRun(const EntrySpec& spec, uint64_t seed)
-      : entry(spec),
-        buffers(spec, Shape{std::max(spec.minWidth, 41u), std::max(spec.minHeight, 23u), 5}, seed),
-        options(spec.goldenOptions.back()) {
+  EntryRun(const EntryInfo& info, uint64_t seed)
+      : entry(info),
+        buffers(info, Shape{std::max(info.minWidth, 41u), std::max(info.minHeight, 23u), 5}, seed),
+        options(info.goldenOptions.back()) {
     status = entry.invoke(buffers.call(options));
     for (size_t i = 0; i < buffers.bufferCount(); ++i)
-      if (buffers.spec(i).output) outputs.push_back(buffers.contents(i));
+      if (buffers.info(i).output) outputs.push_back(buffers.contents(i));
   }
 
   bool sameAsBefore(int64_t newStatus) const {
     size_t next = 0;
     for (size_t i = 0; i < buffers.bufferCount(); ++i)
-      if (buffers.spec(i).output && buffers.contents(i) != outputs[next++]) return false;
+      if (buffers.info(i).output && buffers.contents(i) != outputs[next++]) return false;
     return newStatus == status && buffers.damage().empty();
   }
 
-  const EntrySpec& entry;
+  const EntryInfo& entry;
   EntryBuffers buffers;
   const std::vector<int64_t> options;
   int64_t status;
@@ -195,7 +195,7 @@ struct RoundPlan {
 class Worker {
  public:
   Worker(uint32_t index, const RoundPlan& plan) : index_(index), plan_(plan) {
-    for (const EntrySpec& entry : entryTable()) {
+    for (const EntryInfo& entry : entryTable()) {
       runs_.push_back(std::make_unique<EntryRun>(entry, fnv1a64(entry.name) + index));
       if (isCanny(entry)) cannyRuns_.push_back(runs_.back().get());
     }

@@ -7,7 +7,6 @@
 #include <string.h>
 
 #include <algorithm>
-#include <memory>
 
 #include "orvik.h"
 #include "orvikCommand.h"
@@ -240,7 +239,7 @@ void writeFile(const std::string& path, const std::vector<uint8_t>& bytes) {
 }
 
 std::vector<uint8_t> readFile(const std::string& path) {
-  const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(path.c_str(), "rb"), fclose);
+  const FileHandle file(fopen(path.c_str(), "rb"));
   if (!file) throw CommandError{kExitUsage, path + ": " + strerror(errno)};
   std::vector<uint8_t> bytes;
   uint8_t block[65536];

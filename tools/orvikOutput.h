@@ -1,11 +1,18 @@
-// Output files of the orvik command appear whole or not at all.
+// The orvik command's files: outputs appear whole or not at all.
 #ifndef ORVIK_TOOLS_OUTPUT_H
 #define ORVIK_TOOLS_OUTPUT_H
 
 #include <stdint.h>
+#include <stdio.h>
 
+#include <memory>
 #include <string>
 #include <vector>
+
+struct FileCloser {
+  void operator()(FILE* file) const { fclose(file); }
+};
+using FileHandle = std::unique_ptr<FILE, FileCloser>;
 
 // Writes a regular file through a temporary file beside it, renamed into
 // place once complete, so a failure leaves no partial file (and an existing

@@ -13,11 +13,6 @@ namespace {
 
 constexpr size_t kSignatureBytes = 8;
 
-struct FileCloser {
-  void operator()(FILE* file) const { fclose(file); }
-};
-using FileHandle = std::unique_ptr<FILE, FileCloser>;
-
 struct PngReadStructs {
   png_structp png = nullptr;
   png_infop info = nullptr;

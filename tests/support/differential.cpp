@@ -58,9 +58,9 @@ std::vector<int32_t> readStrideAdjust(FieldReader& in, size_t count) {
 }
 
 // Option values from the option's range, one in eight raw 32-bit values.
-std::vector<int64_t> readOptions(FieldReader& in, const EntrySpec& entry) {
+std::vector<int64_t> readOptions(FieldReader& in, const EntryInfo& entry) {
   std::vector<int64_t> options;
-  for (const OptionSpec& option : entry.options) {
+  for (const OptionInfo& option : entry.options) {
     const bool raw = in.byte() % 8 == 0;
     const uint32_t value = in.word();
     options.push_back(raw ? int64_t(int32_t(value))
@@ -74,7 +74,7 @@ struct Run {
   std::vector<std::string> log;
 };
 
-Run runOn(const EntrySpec& entry, EntryBuffers& buffers, const std::vector<int64_t>& options) {
+Run runOn(const EntryInfo& entry, EntryBuffers& buffers, const std::vector<int64_t>& options) {
   LogCapture log;
   const int64_t status = entry.invoke(buffers.call(options));
   return {status, log.messages()};
@@ -83,11 +83,11 @@ Run runOn(const EntrySpec& entry, EntryBuffers& buffers, const std::vector<int64
 }  // namespace
 
 std::string runDifferential(Family family, const uint8_t* data, size_t size) {
-  std::vector<const EntrySpec*> entries;
-  for (const EntrySpec& entry : entryTable())
+  std::vector<const EntryInfo*> entries;
+  for (const EntryInfo& entry : entryTable())
     if (entry.family == family) entries.push_back(&entry);
   FieldReader in(data, size);
-  const EntrySpec& entry = *entries[in.byte() % entries.size()];
+  const EntryInfo& entry = *entries[in.byte() % entries.size()];
   Shape shape{readSize(in, entry.minWidth, 70, 700), readSize(in, entry.minHeight, 24, 64)};
   // The deliberate fatal check ends the process; test_bad_arguments covers it.
   if (!entry.fatalBelowMinWidth.empty() && shape.width == entry.minWidth - 1) shape.width = entry.minWidth;
@@ -118,7 +118,7 @@ std::string runDifferential(Family family, const uint8_t* data, size_t size) {
     if (!damage.empty()) return call + (buffers == &portable ? "portable " : "vector ") + damage;
   }
   for (size_t i = 0; i < portable.bufferCount(); ++i)
-    if (portable.spec(i).output && portable.contents(i) != vector.contents(i))
-      return call + portable.spec(i).name + " differs from the portable run's";
+    if (portable.info(i).output && portable.contents(i) != vector.contents(i))
+      return call + portable.info(i).name + " differs from the portable run's";
   return "";
 }

@@ -69,18 +69,18 @@ uint32_t floatBits(uint64_t random) {
 
 }  // namespace
 
-EntryBuffers::EntryBuffers(const EntrySpec& entry, const Shape& shape, uint64_t seed) : shape_(shape) {
+EntryBuffers::EntryBuffers(const EntryInfo& entry, const Shape& shape, uint64_t seed) : shape_(shape) {
   place(entry, shape);
   SplitMix64 rng(seed);
   fillInputs(rng);
 }
 
-EntryBuffers::EntryBuffers(const EntrySpec& entry, const Shape& shape, const uint8_t* bytes, size_t count)
+EntryBuffers::EntryBuffers(const EntryInfo& entry, const Shape& shape, const uint8_t* bytes, size_t count)
     : shape_(shape) {
   place(entry, shape);
   size_t next = 0;
   for (Placed& buffer : buffers_) {
-    if (buffer.spec.output) continue;
+    if (buffer.info.output) continue;
     for (uint64_t i = 0; i < buffer.extent; ++i) buffer.data()[i] = count ? bytes[next++ % count] : 0;
     buffer.original.assign(buffer.data(), buffer.data() + buffer.extent);
   }
@@ -88,11 +88,11 @@ EntryBuffers::EntryBuffers(const EntrySpec& entry, const Shape& shape, const uin
 
 // Strides: the widest row that uses the argument, plus the padding; a zero
 // stride the entry reads as packed leaves the rows packed.
-void EntryBuffers::place(const EntrySpec& entry, const Shape& shape) {
-  const std::vector<BufferSpec> specs = entry.buffers(shape.width, shape.height);
+void EntryBuffers::place(const EntryInfo& entry, const Shape& shape) {
+  const std::vector<BufferInfo> bufferInfos = entry.buffers(shape.width, shape.height);
   std::vector<uint64_t> rowBytes(entry.strides.size(), 0);
-  for (const BufferSpec& spec : specs)
-    for (const Region& region : spec.regions)
+  for (const BufferInfo& info : bufferInfos)
+    for (const Region& region : info.regions)
       if (region.strideArg >= 0) rowBytes[region.strideArg] = std::max(rowBytes[region.strideArg], region.rowBytes);
   std::vector<uint64_t> actual(entry.strides.size());
   for (size_t i = 0; i < entry.strides.size(); ++i) {
@@ -103,12 +103,12 @@ void EntryBuffers::place(const EntrySpec& entry, const Shape& shape) {
     actual[i] = packed ? rowBytes[i] : uint64_t(adjusted);
     strides_.push_back(packed ? 0 : uint32_t(actual[i]));
   }
-  for (const BufferSpec& spec : specs) {
+  for (const BufferInfo& info : bufferInfos) {
     Placed buffer;
-    buffer.spec = spec;
+    buffer.info = info;
     uint64_t offset = 0;
-    for (size_t r = 0; r < spec.regions.size(); ++r) {
-      const Region& region = spec.regions[r];
+    for (size_t r = 0; r < info.regions.size(); ++r) {
+      const Region& region = info.regions[r];
       const uint64_t stride = region.strideArg >= 0 ? actual[region.strideArg] : region.rowBytes;
       buffer.offsets.push_back(offset);
       buffer.strides.push_back(stride);
@@ -127,32 +127,36 @@ EntryBuffers::~EntryBuffers() { poisonSurroundings(false); }
 
 void EntryBuffers::poisonSurroundings(bool poison) const {
 #ifdef ORVIK_POISON_SURROUNDINGS
+  const auto mark = poison ? __asan_poison_memory_region : __asan_unpoison_memory_region;
   for (const Placed& buffer : buffers_) {
-    uint8_t* all = buffer.memory->data();
-    uint8_t* tail = buffer.data() + buffer.extent;
-    if (poison) {
-      ASAN_POISON_MEMORY_REGION(all, kLead);
-      ASAN_POISON_MEMORY_REGION(tail, buffer.tail);
-    } else {
-      ASAN_UNPOISON_MEMORY_REGION(all, kLead);
-      ASAN_UNPOISON_MEMORY_REGION(tail, buffer.tail);
-    }
+    mark(buffer.memory->data(), kLead);
+    mark(buffer.data() + buffer.extent, buffer.tail);
   }
 #else
   (void)poison;
 #endif
 }
 
+// The harness itself reads and writes the surroundings while one is alive.
+class EntryBuffers::SurroundingsOpen {
+ public:
+  explicit SurroundingsOpen(const EntryBuffers& buffers) : buffers_(buffers) { buffers_.poisonSurroundings(false); }
+  ~SurroundingsOpen() { buffers_.poisonSurroundings(true); }
+
+ private:
+  const EntryBuffers& buffers_;
+};
+
 void EntryBuffers::fillInputs(SplitMix64& rng) {
   for (Placed& buffer : buffers_) {
-    if (buffer.spec.output) continue;
+    if (buffer.info.output) continue;
     uint8_t* data = buffer.data();
     for (uint64_t i = 0; i < buffer.extent; ++i) data[i] = uint8_t(rng.next() >> 56);
     // Float rows get whole float values; their padding keeps random bytes.
-    if (buffer.spec.content == Content::kFloats)
-      for (size_t r = 0; r < buffer.spec.regions.size(); ++r)
-        for (uint64_t y = 0; y < buffer.spec.regions[r].rows; ++y)
-          for (uint64_t x = 0; x + 4 <= buffer.spec.regions[r].rowBytes; x += 4) {
+    if (buffer.info.content == Content::kFloats)
+      for (size_t r = 0; r < buffer.info.regions.size(); ++r)
+        for (uint64_t y = 0; y < buffer.info.regions[r].rows; ++y)
+          for (uint64_t x = 0; x + 4 <= buffer.info.regions[r].rowBytes; x += 4) {
             const uint32_t bits = floatBits(rng.next());
             memcpy(data + buffer.offsets[r] + y * buffer.strides[r] + x, &bits, 4);
           }
@@ -171,10 +175,9 @@ EntryCall EntryBuffers::call(const std::vector<int64_t>& options) const {
 }
 
 void EntryBuffers::resetOutputs() {
-  poisonSurroundings(false);
+  const SurroundingsOpen open(*this);
   for (Placed& buffer : buffers_)
-    if (buffer.spec.output) memset(buffer.memory->data(), kSentinel, buffer.memory->size());
-  poisonSurroundings(true);
+    if (buffer.info.output) memset(buffer.memory->data(), kSentinel, buffer.memory->size());
 }
 
 std::vector<uint8_t> EntryBuffers::contents(size_t i) const {
@@ -188,8 +191,8 @@ uint64_t EntryBuffers::hash(size_t i) const {
 }
 
 bool EntryBuffers::insideRows(const Placed& buffer, uint64_t offset) const {
-  for (size_t r = 0; r < buffer.spec.regions.size(); ++r) {
-    const Region& region = buffer.spec.regions[r];
+  for (size_t r = 0; r < buffer.info.regions.size(); ++r) {
+    const Region& region = buffer.info.regions[r];
     if (region.rows == 0 || offset < buffer.offsets[r]) continue;
     const uint64_t within = offset - buffer.offsets[r], stride = buffer.strides[r];
     if (within >= (region.rows - 1) * stride + region.rowBytes) continue;
@@ -200,39 +203,31 @@ bool EntryBuffers::insideRows(const Placed& buffer, uint64_t offset) const {
 }
 
 std::string EntryBuffers::damage() const {
-  poisonSurroundings(false);
-  const std::string found = firstDamage();
-  poisonSurroundings(true);
-  return found;
-}
-
-std::string EntryBuffers::firstDamage() const {
+  const SurroundingsOpen open(*this);
   for (const Placed& buffer : buffers_) {
     const uint8_t* all = buffer.memory->data();
     for (size_t i = 0; i < kLead; ++i)
-      if (all[i] != kSentinel) return buffer.spec.name + ": written before its start";
+      if (all[i] != kSentinel) return buffer.info.name + ": written before its start";
     for (uint64_t i = 0; i < buffer.tail; ++i)
-      if (all[kLead + buffer.extent + i] != kSentinel) return buffer.spec.name + ": written past its end";
-    if (!buffer.spec.output) {
+      if (all[kLead + buffer.extent + i] != kSentinel) return buffer.info.name + ": written past its end";
+    if (!buffer.info.output) {
       if (!std::equal(buffer.data(), buffer.data() + buffer.extent, buffer.original.begin()))
-        return buffer.spec.name + ": input changed";
+        return buffer.info.name + ": input changed";
       continue;
     }
     for (uint64_t i = 0; i < buffer.extent; ++i)
       if (buffer.data()[i] != kSentinel && !insideRows(buffer, i))
-        return buffer.spec.name + ": padding byte " + std::to_string(i) + " written";
+        return buffer.info.name + ": padding byte " + std::to_string(i) + " written";
   }
   return "";
 }
 
 bool EntryBuffers::outputsUntouched() const {
-  poisonSurroundings(false);
-  bool untouched = true;
+  const SurroundingsOpen open(*this);
   for (const Placed& buffer : buffers_) {
     const uint8_t* all = buffer.memory->data();
-    if (buffer.spec.output)
-      untouched = untouched && std::all_of(all, all + buffer.memory->size(), [](uint8_t b) { return b == kSentinel; });
+    if (buffer.info.output && std::any_of(all, all + buffer.memory->size(), [](uint8_t b) { return b != kSentinel; }))
+      return false;
   }
-  poisonSurroundings(true);
-  return untouched;
+  return true;
 }

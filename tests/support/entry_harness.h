@@ -46,9 +46,9 @@ class EntryBuffers {
   static constexpr size_t kLead = 64;  // sentinel bytes before each buffer
 
   // Inputs are filled from `seed` (floats stay finite and normal).
-  EntryBuffers(const EntrySpec& entry, const Shape& shape, uint64_t seed);
+  EntryBuffers(const EntryInfo& entry, const Shape& shape, uint64_t seed);
   // Inputs from the given bytes, repeated as needed (fuzzing).
-  EntryBuffers(const EntrySpec& entry, const Shape& shape, const uint8_t* bytes, size_t count);
+  EntryBuffers(const EntryInfo& entry, const Shape& shape, const uint8_t* bytes, size_t count);
   ~EntryBuffers();
   EntryBuffers(const EntryBuffers&) = delete;
   EntryBuffers& operator=(const EntryBuffers&) = delete;
@@ -58,7 +58,7 @@ class EntryBuffers {
   void resetOutputs();
 
   size_t bufferCount() const { return buffers_.size(); }
-  const BufferSpec& spec(size_t i) const { return buffers_[i].spec; }
+  const BufferInfo& info(size_t i) const { return buffers_[i].info; }
   // The bytes of buffer i the entry may address: rows, and the padding between them.
   std::vector<uint8_t> contents(size_t i) const;
   uint64_t hash(size_t i) const;
@@ -70,7 +70,7 @@ class EntryBuffers {
 
  private:
   struct Placed {
-    BufferSpec spec;
+    BufferInfo info;
     std::vector<uint64_t> offsets, strides;  // per region
     uint64_t extent = 0, tail = 0;
     std::unique_ptr<GuardedBuffer> memory;
@@ -78,9 +78,9 @@ class EntryBuffers {
     uint8_t* data() const { return memory->data() + kLead; }
   };
 
-  void place(const EntrySpec& entry, const Shape& shape);
+  void place(const EntryInfo& entry, const Shape& shape);
+  class SurroundingsOpen;
   void poisonSurroundings(bool poison) const;
-  std::string firstDamage() const;
   void fillInputs(SplitMix64& rng);
   bool insideRows(const Placed& buffer, uint64_t offset) const;
 

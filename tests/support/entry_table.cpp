@@ -21,18 +21,18 @@ namespace {
 
 // ---- Buffers ---------------------------------------------------------------------
 
-BufferSpec input(std::string name, uint32_t rows, uint64_t rowBytes, int strideArg) {
+BufferInfo input(std::string name, uint32_t rows, uint64_t rowBytes, int strideArg) {
   return {std::move(name), false, {{rows, rowBytes, strideArg}}};
 }
 
-BufferSpec output(std::string name, uint32_t rows, uint64_t rowBytes, int strideArg) {
+BufferInfo output(std::string name, uint32_t rows, uint64_t rowBytes, int strideArg) {
   return {std::move(name), true, {{rows, rowBytes, strideArg}}};
 }
 
 // src and dst of the same size; strides 0 and 1, or none.
 BufferLayout sameSize(uint32_t pixelBytes, bool strided) {
   return [=](uint32_t w, uint32_t h) {
-    return std::vector<BufferSpec>{input("src", h, uint64_t(w) * pixelBytes, strided ? 0 : -1),
+    return std::vector<BufferInfo>{input("src", h, uint64_t(w) * pixelBytes, strided ? 0 : -1),
                                    output("dst", h, uint64_t(w) * pixelBytes, strided ? 1 : -1)};
   };
 }
@@ -42,7 +42,7 @@ BufferLayout sameSize(uint32_t pixelBytes, bool strided) {
 BufferLayout interleavedGradients(uint32_t elementBytes, bool stridedOutput) {
   return [=](uint32_t w, uint32_t h) {
     const bool interior = w > 2 && h > 2;
-    return std::vector<BufferSpec>{
+    return std::vector<BufferInfo>{
         input("src", h, w, 0),
         output("gradients", interior ? h - 2 : 0, interior ? uint64_t(w - 2) * 2 * elementBytes : 0,
                stridedOutput ? 1 : -1)};
@@ -53,16 +53,16 @@ BufferLayout interleavedGradients(uint32_t elementBytes, bool stridedOutput) {
 BufferLayout planarGradients(uint32_t elementBytes, bool stridedOutput, Content source = Content::kBytes) {
   return [=](uint32_t w, uint32_t h) {
     const uint32_t sourceBytes = source == Content::kFloats ? 4 : 1;
-    BufferSpec src = input("src", h, uint64_t(w) * sourceBytes, 0);
+    BufferInfo src = input("src", h, uint64_t(w) * sourceBytes, 0);
     src.content = source;
     const int dxy = stridedOutput ? 1 : -1;
-    return std::vector<BufferSpec>{src, output("dx", h, uint64_t(w) * elementBytes, dxy),
+    return std::vector<BufferInfo>{src, output("dx", h, uint64_t(w) * elementBytes, dxy),
                                    output("dy", h, uint64_t(w) * elementBytes, dxy)};
   };
 }
 
-std::vector<BufferSpec> cannyWithGradients(uint32_t w, uint32_t h) {
-  std::vector<BufferSpec> buffers = sameSize(1, true)(w, h);
+std::vector<BufferInfo> cannyWithGradients(uint32_t w, uint32_t h) {
+  std::vector<BufferInfo> buffers = sameSize(1, true)(w, h);
   for (const char* name : {"gx", "gy"}) {
     buffers.push_back(output(name, h, uint64_t(w) * 2, 2));
     buffers.back().nullable = true;
@@ -77,7 +77,7 @@ uint32_t halfUp(uint32_t n) { return n / 2 + n % 2; }
 BufferLayout yccToRgbBuffers(bool planar, uint32_t shiftX, uint32_t shiftY, uint32_t outBytes) {
   return [=](uint32_t w, uint32_t h) {
     const uint32_t chromaRows = shiftY ? halfUp(h) : h;
-    std::vector<BufferSpec> buffers = {input("y", h, w, 0)};
+    std::vector<BufferInfo> buffers = {input("y", h, w, 0)};
     if (planar) {
       const uint32_t chromaWidth = shiftX ? halfUp(w) : w;
       buffers.push_back(input("cb", chromaRows, chromaWidth, 1));
@@ -94,8 +94,8 @@ BufferLayout yccToRgbBuffers(bool planar, uint32_t shiftX, uint32_t shiftY, uint
 // block) directly after it.
 BufferLayout cameraFrame(uint32_t outBytes, bool strided) {
   return [=](uint32_t w, uint32_t h) {
-    BufferSpec src = {"src", false, {{h, w, strided ? 0 : -1}, {halfUp(h), w, strided ? 1 : -1}}};
-    return std::vector<BufferSpec>{src, output("dst", h, uint64_t(w) * outBytes, strided ? 2 : -1)};
+    BufferInfo src = {"src", false, {{h, w, strided ? 0 : -1}, {halfUp(h), w, strided ? 1 : -1}}};
+    return std::vector<BufferInfo>{src, output("dst", h, uint64_t(w) * outBytes, strided ? 2 : -1)};
   };
 }
 
@@ -103,7 +103,7 @@ BufferLayout cameraFrame(uint32_t outBytes, bool strided) {
 BufferLayout blockOrdered(uint32_t unitWidth, uint32_t unitHeight, uint32_t unitBytes) {
   return [=](uint32_t w, uint32_t h) {
     const uint64_t units = uint64_t((w + unitWidth - 1) / unitWidth) * ((h + unitHeight - 1) / unitHeight);
-    return std::vector<BufferSpec>{input("src", 1, units * unitBytes, -1), output("dst", h, uint64_t(w) * 3, -1)};
+    return std::vector<BufferInfo>{input("src", 1, units * unitBytes, -1), output("dst", h, uint64_t(w) * 3, -1)};
   };
 }
 
@@ -112,7 +112,7 @@ BufferLayout blockOrdered(uint32_t unitWidth, uint32_t unitHeight, uint32_t unit
 BufferLayout rgbToYccBuffers(uint32_t inBytes, bool planar, uint32_t shiftX, uint32_t shiftY) {
   return [=](uint32_t w, uint32_t h) {
     const uint32_t chromaRows = shiftY ? halfUp(h) : h;
-    std::vector<BufferSpec> buffers = {input("src", h, uint64_t(w) * inBytes, 0), output("y", h, w, 1)};
+    std::vector<BufferInfo> buffers = {input("src", h, uint64_t(w) * inBytes, 0), output("y", h, w, 1)};
     if (planar) {
       const uint32_t chromaWidth = shiftX ? halfUp(w) : w;
       buffers.push_back(output("cb", chromaRows, chromaWidth, 2));
@@ -126,18 +126,18 @@ BufferLayout rgbToYccBuffers(uint32_t inBytes, bool planar, uint32_t shiftX, uin
 
 // ---- Strides and options ---------------------------------------------------------
 
-std::vector<StrideSpec> strides(std::initializer_list<std::pair<const char*, bool>> list) {
-  std::vector<StrideSpec> out;
+std::vector<StrideInfo> strides(std::initializer_list<std::pair<const char*, bool>> list) {
+  std::vector<StrideInfo> out;
   for (const auto& [name, checked] : list) out.push_back({name, checked});
   return out;
 }
 
-const std::vector<OptionSpec> kBlurBorder = {{"blurBorder", -2, 3}};
+const std::vector<OptionInfo> kBlurBorder = {{"blurBorder", -2, 3}};
 const std::vector<std::vector<int64_t>> kBlurBorderSets = {{0}, {1}};
-const std::vector<OptionSpec> kBorder = {{"borderType", 0, 3}, {"borderValue", 0, 255}};
+const std::vector<OptionInfo> kBorder = {{"borderType", 0, 3}, {"borderValue", 0, 255}};
 const std::vector<std::vector<int64_t>> kBorderSets = {{0, 0}, {1, 77}, {2, 0}};
 const std::vector<std::vector<int64_t>> kBadBorders = {{3, 0}, {0xFFFFFFFF, 0}};
-const std::vector<OptionSpec> kThresholds = {{"low", -40, 2100}, {"high", -40, 2100}};
+const std::vector<OptionInfo> kThresholds = {{"low", -40, 2100}, {"high", -40, 2100}};
 const std::vector<std::vector<int64_t>> kThresholdSets = {{40, 120}, {300, 600}};
 const std::vector<std::vector<int64_t>> kBadThresholds = {{121, 120}};
 
@@ -151,28 +151,28 @@ uint8_t borderValue(const EntryCall& c) { return uint8_t(c.options[1]); }
 
 // ---- Smoothing filters -----------------------------------------------------------
 
-std::vector<EntrySpec> filterEntries() {
+std::vector<EntryInfo> filterEntries() {
   const auto packedBlur = [](std::string name, std::string condition, uint32_t min, uint32_t bytes,
                              EntryInvoke invoke) {
-    return EntrySpec{name, Family::kFilter, condition, min, min, false, {}, sameSize(bytes, false),
+    return EntryInfo{name, Family::kFilter, condition, min, min, false, {}, sameSize(bytes, false),
                      kBlurBorder, kBlurBorderSets, {}, invoke};
   };
   const auto stridedBlur = [](std::string name, std::string condition, uint32_t minWidth, uint32_t minHeight,
                               bool dstChecked, uint32_t bytes, EntryInvoke invoke) {
-    return EntrySpec{name, Family::kFilter, condition, minWidth, minHeight, true,
+    return EntryInfo{name, Family::kFilter, condition, minWidth, minHeight, true,
                      strides({{"srcStride", true}, {"dstStride", dstChecked}}), sameSize(bytes, true),
                      kBlurBorder, kBlurBorderSets, {}, invoke};
   };
   const auto bordered = [](std::string name, EntryInvoke invoke) {
-    return EntrySpec{name, Family::kFilter, "", 1, 1, true, strides({{"srcStride", true}, {"dstStride", true}}),
+    return EntryInfo{name, Family::kFilter, "", 1, 1, true, strides({{"srcStride", true}, {"dstStride", true}}),
                      sameSize(1, true), kBorder, kBorderSets, kBadBorders, invoke};
   };
   // Box filters without a border type take their strides as given: zero is rejected.
   const auto box = [](std::string name, std::string condition, uint32_t min, EntryInvoke invoke) {
-    return EntrySpec{name, Family::kFilter, condition, min, min, false,
+    return EntryInfo{name, Family::kFilter, condition, min, min, false,
                      strides({{"srcStride", true}, {"dstStride", false}}), sameSize(1, true), {}, {{}}, {}, invoke};
   };
-  std::vector<EntrySpec> entries = {
+  std::vector<EntryInfo> entries = {
       packedBlur("ovkFilterGaussian3x3u8", "src && dst && width && height", 1, 1,
                  OVK_VOID(ovkFilterGaussian3x3u8(u8(c, 0), c.width, c.height, out8(c, 1), c.option(0)))),
       stridedBlur("ovkFilterGaussian3x3u8_v2",
@@ -200,7 +200,7 @@ std::vector<EntrySpec> filterEntries() {
                   11, 11, false, 1,
                   OVK_VOID(ovkFilterGaussian11x11u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1),
                                                        c.stride(1), c.option(0)))),
-      EntrySpec{"ovkFilterGaussian5x5s16", Family::kFilter, "src && dst && width && height && height > 1", 1, 2,
+      EntryInfo{"ovkFilterGaussian5x5s16", Family::kFilter, "src && dst && width && height && height > 1", 1, 2,
                 false, {}, sameSize(2, false), kBlurBorder, kBlurBorderSets, {},
                 OVK_VOID(ovkFilterGaussian5x5s16(c.in<int16_t>(0), c.width, c.height, c.out<int16_t>(1),
                                                  c.option(0)))},
@@ -234,10 +234,10 @@ std::vector<EntrySpec> filterEntries() {
           "src && dst && srcWidth && srcHeight && srcStride && dstStride && ( srcStride >=srcWidth) && srcWidth > 10 "
           "&& srcHeight > 10",
           11, OVK_VOID(ovkBoxFilter11x11u8(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1)))),
-      EntrySpec{"ovkFilterMedian3x3u8", Family::kFilter, "src && dst && width && height", 1, 1, false, {},
+      EntryInfo{"ovkFilterMedian3x3u8", Family::kFilter, "src && dst && width && height", 1, 1, false, {},
                 sameSize(1, false), {}, {{}}, {},
                 OVK_VOID(ovkFilterMedian3x3u8(u8(c, 0), c.width, c.height, out8(c, 1)))},
-      EntrySpec{"ovkFilterMedian3x3u8_v2", Family::kFilter,
+      EntryInfo{"ovkFilterMedian3x3u8_v2", Family::kFilter,
                 "src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && dstStride", 1, 1, true,
                 strides({{"srcStride", true}, {"dstStride", false}}), sameSize(1, true), {}, {{}}, {},
                 OVK_VOID(ovkFilterMedian3x3u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1),
@@ -256,33 +256,33 @@ std::vector<EntrySpec> filterEntries() {
 // The condition texts of the gradients share their start.
 const std::string kGradientSource = "src && srcWidth && srcHeight && (srcStride >= srcWidth) && ";
 
-std::vector<EntrySpec> gradientEntries() {
+std::vector<EntryInfo> gradientEntries() {
   // First-generation gradients take a source stride as given and pack their output.
   const auto first = [](std::string name, std::string outputs, BufferLayout layout, EntryInvoke invoke) {
-    return EntrySpec{name, Family::kGradient, kGradientSource + outputs, 1, 1, false,
+    return EntryInfo{name, Family::kGradient, kGradientSource + outputs, 1, 1, false,
                      strides({{"srcStride", true}}), layout, {}, {{}}, {}, invoke};
   };
   // `_v2` interleaved: (srcWidth-2) underflows for a width of 1, so its
   // stride check refuses that width.
   const auto interleaved = [](std::string name, std::string type, uint32_t bytes, EntryInvoke invoke) {
-    return EntrySpec{name, Family::kGradient,
+    return EntryInfo{name, Family::kGradient,
                      kGradientSource + "gradients && (gradStride >= ((srcWidth-2)*2*sizeof(" + type + ")))", 2, 1,
                      true, strides({{"srcStride", true}, {"gradStride", true}}), interleavedGradients(bytes, true), {},
                      {{}}, {}, invoke};
   };
   const auto planar = [](std::string name, std::string strideClause, uint32_t bytes, EntryInvoke invoke) {
-    return EntrySpec{name, Family::kGradient, kGradientSource + "dx && dy && " + strideClause, 1, 1, true,
+    return EntryInfo{name, Family::kGradient, kGradientSource + "dx && dy && " + strideClause, 1, 1, true,
                      strides({{"srcStride", true}, {"dxyStride", true}}), planarGradients(bytes, true), {}, {{}}, {},
                      invoke};
   };
   const auto canny = [](std::string name, std::string condition, bool strided, EntryInvoke invoke) {
-    return EntrySpec{name,
+    return EntryInfo{name,
                      Family::kGradient,
                      condition,
                      3,
                      3,
                      strided,
-                     strided ? strides({{"srcStride", true}, {"dstStride", true}}) : std::vector<StrideSpec>{},
+                     strided ? strides({{"srcStride", true}, {"dstStride", true}}) : std::vector<StrideInfo>{},
                      sameSize(1, strided),
                      kThresholds,
                      kThresholdSets,
@@ -293,9 +293,9 @@ std::vector<EntrySpec> gradientEntries() {
       "src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && (dstStride >= srcWidth) && (low <= high) && "
       "srcWidth > 2 && srcHeight > 2";
   return {
-      EntrySpec{"ovkFilterSobel3x3u8", Family::kGradient, "src && width && height && dst", 1, 1, false, {},
+      EntryInfo{"ovkFilterSobel3x3u8", Family::kGradient, "src && width && height && dst", 1, 1, false, {},
                 sameSize(1, false), {}, {{}}, {}, OVK_VOID(ovkFilterSobel3x3u8(u8(c, 0), c.width, c.height, out8(c, 1)))},
-      EntrySpec{"ovkFilterSobel3x3u8_v2", Family::kGradient,
+      EntryInfo{"ovkFilterSobel3x3u8_v2", Family::kGradient,
                 "src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && (dstStride >= srcWidth)", 1, 1, true,
                 strides({{"srcStride", true}, {"dstStride", true}}), sameSize(1, true), {}, {{}}, {},
                 OVK_VOID(ovkFilterSobel3x3u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1)))},
@@ -356,19 +356,19 @@ std::vector<EntrySpec> gradientEntries() {
                                                         c.out<float>(2), c.stride(1)))),
       // The first generation compares the byte stride with the width in
       // pixels, so it does not catch a stride below the row.
-      EntrySpec{"ovkImageGradientSobelPlanarf32f32", Family::kGradient,
+      EntryInfo{"ovkImageGradientSobelPlanarf32f32", Family::kGradient,
                 "src && srcWidth && srcHeight && srcStride >= srcWidth && dx && dy", 1, 1, false,
                 strides({{"srcStride", false}}), planarGradients(4, false, Content::kFloats), {}, {{}}, {},
                 OVK_VOID(ovkImageGradientSobelPlanarf32f32(c.in<float>(0), c.width, c.height, c.stride(0),
                                                            c.out<float>(1), c.out<float>(2)))},
-      EntrySpec{"ovkImageGradientSobelPlanarf32f32_v2", Family::kGradient,
+      EntryInfo{"ovkImageGradientSobelPlanarf32f32_v2", Family::kGradient,
                 "src && srcWidth && srcHeight && (srcStride >= (srcWidth*sizeof(float))) && dx && dy && (dxyStride "
                 ">= (srcWidth*sizeof(float)))",
                 1, 1, true, strides({{"srcStride", true}, {"dxyStride", true}}),
                 planarGradients(4, true, Content::kFloats), {}, {{}}, {},
                 OVK_VOID(ovkImageGradientSobelPlanarf32f32_v2(c.in<float>(0), c.width, c.height, c.stride(0),
                                                               c.out<float>(1), c.out<float>(2), c.stride(1)))},
-      EntrySpec{"ovkImageGradientScharrInterleaveds16", Family::kGradient,
+      EntryInfo{"ovkImageGradientScharrInterleaveds16", Family::kGradient,
                 "src && srcWidth && srcHeight && (srcStride >= srcWidth)&& gradients && (gradStride >= "
                 "((srcWidth-2)*2*sizeof(int16_t)))",
                 2, 1, true, strides({{"srcStride", true}, {"gradStride", true}}), interleavedGradients(2, true), {},
@@ -381,7 +381,7 @@ std::vector<EntrySpec> gradientEntries() {
       canny("ovkFilterCanny3x3u8_v2", cannyStrided, true,
             OVK_VOID(ovkFilterCanny3x3u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1),
                                             c.option(0), c.option(1)))),
-      EntrySpec{"ovkFilterCanny3x3u8_v3", Family::kGradient,
+      EntryInfo{"ovkFilterCanny3x3u8_v3", Family::kGradient,
                 "src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && (dstStride >= srcWidth) && "
                 "(gradStride >= 2*srcWidth) && low <= high && srcWidth > 2 && srcHeight > 2",
                 3, 3, true, strides({{"srcStride", true}, {"dstStride", true}, {"gradStride", true}}),
@@ -425,11 +425,11 @@ constexpr uint32_t kOutBytes565 = 2, kOutBytes888 = 3, kOutBytesA8888 = 4;
 #define OVK_YCC_CALL_PseudoPlanar(Name) \
   OVK_VOID(Name(u8(c, 0), u8(c, 1), c.width, c.height, c.stride(0), c.stride(1), out8(c, 2), c.stride(2)))
 
-EntrySpec yccMember(std::string name, bool planar, uint32_t shiftX, uint32_t shiftY, uint32_t outBytes,
+EntryInfo yccMember(std::string name, bool planar, uint32_t shiftX, uint32_t shiftY, uint32_t outBytes,
                     EntryInvoke invoke) {
   // The subsampled members end the process on a single column (the 4:2:2
   // pseudo-planar RGB888 one refuses it at the entry), so they start at 2.
-  EntrySpec spec{name,
+  EntryInfo info{name,
                    Family::kYccToRgb,
                    yccToRgbCondition(planar, shiftX, outBytes),
                    shiftX ? 2u : 1u,
@@ -443,27 +443,27 @@ EntrySpec yccMember(std::string name, bool planar, uint32_t shiftX, uint32_t shi
                    {{}},
                    {},
                    invoke};
-  if (shiftX) spec.fatalBelowMinWidth = "length > 1";
-  return spec;
+  if (shiftX) info.fatalBelowMinWidth = "length > 1";
+  return info;
 }
 
 #define OVK_YCC_MEMBER(Sampling, Layout, Output, ShiftX, ShiftY)                                               \
   yccMember("ovkColorYCbCr" #Sampling #Layout "ToRGB" #Output "u8", #Layout[1] == 'l', ShiftX, ShiftY,         \
             kOutBytes##Output, OVK_YCC_CALL_##Layout(ovkColorYCbCr##Sampling##Layout##ToRGB##Output##u8)),
 
-std::vector<EntrySpec> yccToRgbEntries() {
-  std::vector<EntrySpec> entries = {OVK_YCC_FAMILY(OVK_YCC_MEMBER)};
-  for (EntrySpec& entry : entries)  // only this member refuses a single column at the entry
+std::vector<EntryInfo> yccToRgbEntries() {
+  std::vector<EntryInfo> entries = {OVK_YCC_FAMILY(OVK_YCC_MEMBER)};
+  for (EntryInfo& entry : entries)  // only this member refuses a single column at the entry
     if (entry.name == "ovkColorYCbCr422PseudoPlanarToRGB888u8") {
       entry.condition += " && srcWidth > 1";
       entry.fatalBelowMinWidth.clear();
     }
   const auto packed = [](std::string name, std::string source, BufferLayout layout, EntryInvoke invoke) {
-    return EntrySpec{name, Family::kYccToRgb, source + " && dst && width && height", 1, 1, false, {}, layout, {},
+    return EntryInfo{name, Family::kYccToRgb, source + " && dst && width && height", 1, 1, false, {}, layout, {},
                      {{}}, {}, invoke};
   };
-  const std::vector<EntrySpec> others = {
-      EntrySpec{"ovkColorYCrCb420PseudoPlanarToRGB8888u8", Family::kYccToRgb,
+  const std::vector<EntryInfo> others = {
+      EntryInfo{"ovkColorYCrCb420PseudoPlanarToRGB8888u8", Family::kYccToRgb,
                 "src && dst && srcWidth && srcHeight && srcYStride && srcCStride && dstStride", 1, 1, false,
                 strides({{"srcYStride", false}, {"srcCStride", false}, {"dstStride", false}}), cameraFrame(4, true),
                 {}, {{}}, {},
@@ -517,7 +517,7 @@ std::string rgbToYccCondition(uint32_t inBytes, bool planar, bool subsampled) {
 #define OVK_RGB_STRIDES_PseudoPlanar {{"srcStride", true}, {"dstYStride", true}, {"dstCStride", true}}
 
 #define OVK_RGB_MEMBER(Upper, InBytes, Sampling, Layout, ShiftX, ShiftY)                                       \
-  EntrySpec{"ovkColor" #Upper "ToYCbCr" #Sampling #Layout "u8",                                              \
+  EntryInfo{"ovkColor" #Upper "ToYCbCr" #Sampling #Layout "u8",                                              \
             Family::kRgbToYcc,                                                                               \
             rgbToYccCondition(InBytes, #Layout[1] == 'l', ShiftX),                                           \
             1,                                                                                               \
@@ -534,24 +534,24 @@ std::string rgbToYccCondition(uint32_t inBytes, bool planar, bool subsampled) {
   X(Upper, InBytes, 444, PseudoPlanar, 0, 0) X(Upper, InBytes, 422, PseudoPlanar, 1, 0)                         \
   X(Upper, InBytes, 420, PseudoPlanar, 1, 1)
 
-std::vector<EntrySpec> rgbToYccEntries() {
+std::vector<EntryInfo> rgbToYccEntries() {
   return {
       OVK_RGB_SOURCE(OVK_RGB_MEMBER, RGB565, 2) OVK_RGB_SOURCE(OVK_RGB_MEMBER, RGB888, 3)
           OVK_RGB_SOURCE(OVK_RGB_MEMBER, RGBA8888, 4)
-      EntrySpec{"ovkColorRGB888toYCrCbu8", Family::kRgbToYcc, "src && dst && srcWidth && srcHeight", 1, 1, false,
+      EntryInfo{"ovkColorRGB888toYCrCbu8", Family::kRgbToYcc, "src && dst && srcWidth && srcHeight", 1, 1, false,
                 {}, sameSize(3, false), {}, {{}}, {},
                 OVK_VOID(ovkColorRGB888toYCrCbu8(u8(c, 0), c.width, c.height, out8(c, 1)))},
-      EntrySpec{"ovkColorRGB888toYCrCbu8_v2", Family::kRgbToYcc,
+      EntryInfo{"ovkColorRGB888toYCrCbu8_v2", Family::kRgbToYcc,
                 "src && dst && srcWidth && srcHeight && (srcStride >= srcWidth * 3) && (dstStride >= srcWidth * 3)",
                 1, 1, true, strides({{"srcStride", true}, {"dstStride", true}}), sameSize(3, true), {}, {{}}, {},
                 OVK_VOID(ovkColorRGB888toYCrCbu8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1),
                                                     c.stride(1)))},
-      EntrySpec{"ovkColorRGB888ToGrayu8", Family::kRgbToYcc,
+      EntryInfo{"ovkColorRGB888ToGrayu8", Family::kRgbToYcc,
                 "src && srcWidth && srcHeight && (srcStride ==0 || srcStride >= srcWidth*3) && dst && (dstStride ==0 "
                 "|| dstStride >= srcWidth)",
                 1, 1, true, strides({{"srcStride", true}, {"dstStride", true}}),
                 [](uint32_t w, uint32_t h) {
-                  return std::vector<BufferSpec>{input("src", h, uint64_t(w) * 3, 0), output("dst", h, w, 1)};
+                  return std::vector<BufferInfo>{input("src", h, uint64_t(w) * 3, 0), output("dst", h, w, 1)};
                 },
                 {}, {{}}, {},
                 OVK_VOID(ovkColorRGB888ToGrayu8(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1)))},
@@ -560,9 +560,9 @@ std::vector<EntrySpec> rgbToYccEntries() {
 
 }  // namespace
 
-const std::vector<EntrySpec>& entryTable() {
-  static const std::vector<EntrySpec> table = [] {
-    std::vector<EntrySpec> all;
+const std::vector<EntryInfo>& entryTable() {
+  static const std::vector<EntryInfo> table = [] {
+    std::vector<EntryInfo> all;
     for (auto family : {filterEntries(), gradientEntries(), yccToRgbEntries(), rgbToYccEntries()}) all.insert(all.end(), family.begin(), family.end());
     return all;
   }();

@@ -31,7 +31,7 @@ enum class Content { kBytes, kFloats };
 // A caller buffer: its regions lie one after another, each starting
 // rows x stride after the start of the one before (the chroma plane of a
 // camera frame follows its luma plane that way).
-struct BufferSpec {
+struct BufferInfo {
   std::string name;
   bool output;
   std::vector<Region> regions;
@@ -39,7 +39,7 @@ struct BufferSpec {
   bool nullable = false;  // a null pointer is accepted (the buffer is optional)
 };
 
-struct StrideSpec {
+struct StrideInfo {
   std::string name;
   // The entry's own condition rejects a stride below the row size (a zero
   // stride, meaning packed, aside).
@@ -47,7 +47,7 @@ struct StrideSpec {
 };
 
 // An option argument and the values the fuzzer draws it from.
-struct OptionSpec {
+struct OptionInfo {
   std::string name;
   int64_t lowest, highest;
 };
@@ -73,9 +73,9 @@ struct EntryCall {
 
 // Returns the entry's status, or 0 for entries without a result.
 using EntryInvoke = int64_t (*)(const EntryCall& call);
-using BufferLayout = std::function<std::vector<BufferSpec>(uint32_t width, uint32_t height)>;
+using BufferLayout = std::function<std::vector<BufferInfo>(uint32_t width, uint32_t height)>;
 
-struct EntrySpec {
+struct EntryInfo {
   std::string name;
   Family family;
   // The condition text a rejected call logs; empty for entries that answer
@@ -83,9 +83,9 @@ struct EntrySpec {
   std::string condition;
   uint32_t minWidth, minHeight;   // the smallest size the condition accepts
   bool zeroStrideIsPacked;        // a stride of 0 stands for the packed one
-  std::vector<StrideSpec> strides;
+  std::vector<StrideInfo> strides;
   BufferLayout buffers;
-  std::vector<OptionSpec> options;
+  std::vector<OptionInfo> options;
   std::vector<std::vector<int64_t>> goldenOptions;    // option sets of the golden outputs
   std::vector<std::vector<int64_t>> rejectedOptions;  // option sets the entry must refuse
   EntryInvoke invoke;
@@ -98,6 +98,6 @@ struct EntrySpec {
   bool returnsStatus() const { return condition.empty(); }
 };
 
-const std::vector<EntrySpec>& entryTable();
+const std::vector<EntryInfo>& entryTable();
 
 #endif
