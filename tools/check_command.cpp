@@ -344,6 +344,114 @@ TEST(OrvikCommand, TheSceneHasEdgesForCanny) {
   EXPECT_NE(std::count(edges.pixels.begin(), edges.pixels.end(), 255), 0);
 }
 
+// ---- Scaling ---------------------------------------------------------------------
+
+// An image from its samples, interleaved, top row first.
+InterleavedImage imageOf(uint32_t width, uint32_t height, uint32_t channels, const std::vector<uint8_t>& samples) {
+  EXPECT_EQ(samples.size(), size_t(width) * height * channels);
+  return {width, height, channels, samples};
+}
+
+// Every pixel the same, one value per channel.
+InterleavedImage constantImage(uint32_t width, uint32_t height, const std::vector<uint8_t>& pixelValue) {
+  const uint32_t channels = uint32_t(pixelValue.size());
+  InterleavedImage image = blankImage(width, height, channels);
+  for (size_t i = 0; i < image.pixels.size(); ++i) image.pixels[i] = pixelValue[i % channels];
+  return image;
+}
+
+// Its 2x2 blocks sum to 140, 220, 460 and 543: means 35, 55, 115 and 135.75.
+const std::vector<uint8_t> kGrid = {10, 20, 30, 40, 50, 60, 70, 80, 90, 100, 110, 120, 130, 140, 150, 163};
+
+// x * 10 + y * 60: the sampled column and row show in every value.
+InterleavedImage rampImage(uint32_t width, uint32_t height) {
+  InterleavedImage image = blankImage(width, height, 1);
+  for (uint32_t y = 0; y < height; ++y)
+    for (uint32_t x = 0; x < width; ++x) pixel(image, x, y, 0) = uint8_t(x * 10 + y * 60);
+  return image;
+}
+
+// Gray grid as red, its complement as green, 7 as blue.
+InterleavedImage gridRgb() {
+  std::vector<uint8_t> samples;
+  for (uint8_t value : kGrid) samples.insert(samples.end(), {value, uint8_t(255 - value), 7});
+  return imageOf(4, 4, 3, samples);
+}
+
+struct ScaleCase {
+  std::string name;
+  InterleavedImage input;
+  std::string method;
+  std::string entry;  // the operation the command reports
+  InterleavedImage expected;
+};
+
+std::string sizeArgument(const InterleavedImage& image) {
+  return std::to_string(image.width) + "x" + std::to_string(image.height);
+}
+
+std::vector<ScaleCase> scaleCases() {
+  const InterleavedImage grid = imageOf(4, 4, 1, kGrid);
+  // 9 3 3 1 around the centre, over 16: (0 + 90 + 270 + 120) / 16 = 30,
+  // (540 + 90 + 450 + 120) / 16 = 75, (1620 + 630 + 270 + 120) / 16 = 165,
+  // (2295 + 630 + 450 + 120) / 16 = 218.4.
+  const InterleavedImage threeByThree = imageOf(3, 3, 1, {0, 30, 60, 90, 120, 150, 180, 210, 255});
+  return {
+      {"box by 2 truncates the 2x2 means", grid, "box", "ovkScaleDownBy2u8_v2", imageOf(2, 2, 1, {35, 55, 115, 135})},
+      {"box by 4: 1363 / 16", grid, "box", "ovkScaleDownBy4u8_v2", imageOf(1, 1, 1, {85})},
+      // Left half 600 / 8, right half 763 / 8 = 95.4.
+      {"box by 2 across and 4 down", grid, "box", "ovkScaleDownu8_v2", imageOf(2, 1, 1, {75, 95})},
+      {"box 3 to 2", threeByThree, "box", "ovkScaleDown3To2u8", imageOf(2, 2, 1, {30, 75, 165, 218})},
+      {"box by 2 keeps the RGB planes apart", gridRgb(), "box", "ovkScaleDownBy2u8_v2",
+       imageOf(2, 2, 3, {35, 220, 7, 55, 200, 7, 115, 140, 7, 135, 119, 7})},
+      {"area rounds the 2x2 means", grid, "area", "ovkScaleu8", imageOf(2, 2, 1, {35, 55, 115, 136})},
+      // Halving puts every output between two columns and two rows, weights
+      // one half each: the 2x2 mean, rounded.
+      {"bilinear halving is the rounded 2x2 mean", grid, "bilinear", "ovkScaleDownBLu8",
+       imageOf(2, 2, 1, {35, 55, 115, 136})},
+      {"mn over 2x2 blocks truncates", grid, "mn", "ovkScaleDownMNu8", imageOf(2, 2, 1, {35, 55, 115, 135})},
+      {"nn halving samples the even columns and rows", rampImage(8, 4), "nn", "ovkScaleDownNNu8",
+       imageOf(4, 2, 1, {0, 20, 40, 60, 120, 140, 160, 180})},
+      {"nn 3 to 2 samples columns 0 1 3 4 and rows 0 1", rampImage(6, 3), "nn", "ovkScaleDownNNu8",
+       imageOf(4, 2, 1, {0, 10, 30, 40, 60, 70, 90, 100})},
+      {"gauss-up keeps a constant", constantImage(3, 2, {77}), "gauss-up", "ovkScaleUpBy2Gaussian5x5u8_v2",
+       constantImage(6, 4, {77})},
+      {"gauss-up keeps gray+alpha", constantImage(3, 2, {5, 200}), "gauss-up", "ovkScaleUpBy2Gaussian5x5u8_v2",
+       constantImage(6, 4, {5, 200})},
+      {"gauss-down keeps a constant at odd sizes", constantImage(5, 3, {90}), "gauss-down",
+       "ovkScaleDownBy2Gaussian5x5u8_v2", constantImage(2, 1, {90})},
+      {"area keeps a constant, reducing", constantImage(5, 3, {200}), "area", "ovkScaleu8",
+       constantImage(3, 2, {200})},
+      {"area keeps an RGBA constant, enlarging", constantImage(4, 4, {10, 128, 250, 64}), "area", "ovkScaleu8",
+       constantImage(7, 5, {10, 128, 250, 64})},
+      {"poly keeps a constant", constantImage(3, 2, {123}), "poly", "ovkScaleUpPolyu8", constantImage(5, 5, {123})},
+  };
+}
+
+TEST(OrvikCommand, ScaleMethodsGiveHandComputedPixels) {
+  for (const ScaleCase& testCase : scaleCases()) {
+    const fs::path dir = caseDirectory("scale");
+    writeImage(dir / "in.png", eightBitImage(testCase.input));
+    const CommandResult result = runOrvik({"scale", (dir / "in.png").string(), (dir / "out.png").string(), "--size",
+                                           sizeArgument(testCase.expected), "--method", testCase.method});
+    ASSERT_EQ(result.exitStatus, 0) << testCase.name << ": " << result.err;
+    EXPECT_EQ(result.err, "") << testCase.name;
+    EXPECT_NE(result.out.find("implementation: " + testCase.entry + " "), std::string::npos)
+        << testCase.name << ": " << result.out;
+    expectSameImage(readOutput(dir / "out.png"), testCase.expected, testCase.name);
+  }
+}
+
+TEST(OrvikCommand, ScaleDefaultsToArea) {
+  const fs::path dir = caseDirectory("scale-default");
+  writeImage(dir / "in.png", eightBitImage(imageOf(4, 4, 1, kGrid)));
+  const CommandResult result =
+      runOrvik({"scale", (dir / "in.png").string(), (dir / "out.png").string(), "--size=2x2"});
+  ASSERT_EQ(result.exitStatus, 0) << result.err;
+  EXPECT_NE(result.out.find("implementation: ovkScaleu8 "), std::string::npos) << result.out;
+  expectSameImage(readOutput(dir / "out.png"), imageOf(2, 2, 1, {35, 55, 115, 136}), "default method");
+}
+
 // ---- Failures --------------------------------------------------------------------
 
 void writeBytes(const fs::path& path, const std::string& bytes) {
@@ -398,6 +506,8 @@ void prepareText(const fs::path& dir) { writeBytes(dir / "in.png", "width,height
 void prepareNothing(const fs::path&) {}
 
 void prepareTinyPng(const fs::path& dir) { writeImage(dir / "in.png", patternImage(2, 2, 1)); }
+void prepareOneColumnPng(const fs::path& dir) { writeImage(dir / "in.png", patternImage(1, 5, 1)); }
+void prepareTooWidePng(const fs::path& dir) { writeImage(dir / "in.png", patternImage(16385, 1, 1)); }
 
 // 8x8 nv12 frames have 96 bytes.
 void prepareLongFrame(const fs::path& dir) { writeBytes(dir / "in.nv12", std::string(100, '\x80')); }
@@ -473,6 +583,45 @@ const FailureCase kFailureCases[] = {
      "out.png", "File too large", kFileSizeLimit},
     {"frame larger than the file size limit", prepareLargePng, {"convert", "@/in.png", "@/out.i420"}, 1, "out.i420",
      "File too large", kFileSizeLimit},
+    {"scale: size not WxH", prepareGoodPng, {"scale", "@/in.png", "@/out.png", "--size", "12by3"}, 2, "",
+     "--size takes WIDTHxHEIGHT, each 1..16384, not '12by3'"},
+    {"scale: zero width", prepareGoodPng, {"scale", "@/in.png", "@/out.png", "--size", "0x6"}, 2, "",
+     "not '0x6'"},
+    {"scale: signed height", prepareGoodPng, {"scale", "@/in.png", "@/out.png", "--size", "8x+6"}, 2, "",
+     "not '8x+6'"},
+    {"scale: above 16384", prepareGoodPng, {"scale", "@/in.png", "@/out.png", "--size=16385x1"}, 2, "",
+     "not '16385x1'"},
+    {"scale: no size", prepareGoodPng, {"scale", "@/in.png", "@/out.png", "--method", "nn"}, 2, "",
+     "scale needs --size WIDTHxHEIGHT"},
+    {"scale: one path", prepareGoodPng, {"scale", "@/in.png", "--size", "8x6"}, 2, "", "scale takes IN.png and OUT.png"},
+    {"scale: unknown method", prepareGoodPng, {"scale", "@/in.png", "@/out.png", "--size", "8x6", "--method", "lanczos"},
+     2, "", "unknown method 'lanczos'"},
+    {"scale: unknown option", prepareGoodPng, {"scale", "@/in.png", "@/out.png", "--size", "8x6", "--border", "none"},
+     2, "", "scale has no option --border"},
+    {"scale: box by no whole factor", prepareGoodPng,
+     {"scale", "@/in.png", "@/out.png", "--size", "5x5", "--method", "box"}, 2, "",
+     "box divides each side of 16x12 by a whole factor (e.g. 8x6, 4x3, 1x1), not 5x5"},
+    {"scale: box enlarging", prepareGoodPng, {"scale", "@/in.png", "@/out.png", "--size", "32x24", "--method", "box"},
+     2, "", "not 32x24"},
+    {"scale: gauss-down to another size", prepareGoodPng,
+     {"scale", "@/in.png", "@/out.png", "--size", "4x3", "--method", "gauss-down"}, 2, "",
+     "gauss-down halves 16x12 to 8x6 only, not 4x3"},
+    {"scale: gauss-down on one column", prepareOneColumnPng,
+     {"scale", "@/in.png", "@/out.png", "--size", "1x2", "--method", "gauss-down"}, 2, "", "at least 2x2 pixels"},
+    {"scale: gauss-up to another size", prepareGoodPng,
+     {"scale", "@/in.png", "@/out.png", "--size", "24x18", "--method", "gauss-up"}, 2, "",
+     "gauss-up doubles 16x12 to 32x24 only, not 24x18"},
+    {"scale: mn by 20", prepareLargePng, {"scale", "@/in.png", "@/out.png", "--size", "3x4", "--method", "mn"}, 2, "",
+     "mn reduces each side by less than 20: 64x64 to at least 4x4, not 3x4"},
+    {"scale: not a PNG", prepareText, {"scale", "@/in.png", "@/out.png", "--size", "8x6"}, 2, "in.png",
+     "not a PNG file"},
+    {"scale: input wider than 16384", prepareTooWidePng, {"scale", "@/in.png", "@/out.png", "--size", "8x1"}, 2,
+     "in.png", "up to 16384x16384 pixels, not 16385x1"},
+    {"scale: into a missing directory", prepareGoodPng, {"scale", "@/in.png", "@/missing/out.png", "--size", "8x6"}, 1,
+     "missing/out.png", "No such file or directory"},
+    {"scale: PNG larger than the file size limit", prepareLargePng,
+     {"scale", "@/in.png", "@/out.png", "--size", "64x64", "--method", "nn"}, 1, "out.png", "File too large",
+     kFileSizeLimit},
 };
 
 std::vector<std::string> withDirectory(const std::vector<std::string>& args, const fs::path& dir) {

@@ -1,6 +1,6 @@
 // The orvik command: what the library runs on this machine (`info`), its
-// filters applied to PNG files (`run`) and PNG to raw YCbCr frames and back
-// (`convert`).
+// filters applied to PNG files (`run`), PNG to raw YCbCr frames and back
+// (`convert`) and PNG files resized (`scale`).
 #include <inttypes.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -17,6 +17,7 @@
 #include "orvikCommand.h"
 #include "orvikConvert.h"
 #include "orvikPng.h"
+#include "orvikScale.h"
 
 namespace {
 
@@ -322,14 +323,6 @@ RunRequest parseRun(const std::vector<std::string>& args) {
           options};
 }
 
-void extractPlane(const InterleavedImage& image, uint32_t channel, std::vector<uint8_t>& plane) {
-  for (size_t i = 0; i < plane.size(); ++i) plane[i] = image.pixels[i * image.channels + channel];
-}
-
-void insertPlane(const std::vector<uint8_t>& plane, uint32_t channel, InterleavedImage& image) {
-  for (size_t i = 0; i < plane.size(); ++i) image.pixels[i * image.channels + channel] = plane[i];
-}
-
 struct FilteredImage {
   InterleavedImage image;
   uint64_t micros;  // spent in the filter itself
@@ -408,11 +401,6 @@ std::string optionsText(const OptionValues& options) {
   return text;
 }
 
-const char* layoutName(uint32_t channels) {
-  static const char* const kLayouts[] = {"", "gray", "gray+alpha", "RGB", "RGBA"};
-  return kLayouts[channels];
-}
-
 void printRunSummary(const RunRequest& request, const InterleavedImage& image, const FilteredImage& filtered) {
   printf("input:          %s (%ux%u, %s)\n", request.input.c_str(), image.width, image.height,
          layoutName(image.channels));
@@ -457,6 +445,7 @@ void printUsage(FILE* out) {
           "usage: orvik info\n"
           "       orvik run FILTER [IN.png] [OUT.png] [--OPTION VALUE ...]\n"
           "       orvik convert IN OUT [--from FORMAT] [--to FORMAT] [--size WxH] [--range video|full]\n"
+          "       orvik scale IN.png OUT.png --size WxH [--method METHOD]\n"
           "       orvik --help\n\n"
           "info  version, hardware report and the implementation each operation runs\n"
           "run   filters IN.png (default: the astronaut sample,\n"
@@ -464,12 +453,15 @@ void printUsage(FILE* out) {
           "      Smoothing filters work on every color plane and copy alpha; edge\n"
           "      filters convert color to gray (ovkColorRGB888ToGrayu8), drop alpha\n"
           "      and write a gray PNG\n"
-          "convert  a PNG to a raw 4:2:0 YCbCr frame or back\n\n"
+          "convert  a PNG to a raw 4:2:0 YCbCr frame or back\n"
+          "scale    resizes a PNG to WxH\n\n"
           "filters:\n",
           samplePath().c_str());
   printFilterHelp(out);
   fputc('\n', out);
   printConvertHelp(out);
+  fputc('\n', out);
+  printScaleHelp(out);
   fprintf(out,
           "\nexit status: 0 done, 1 library or output failure, 2 bad usage or unreadable input;\n"
           "a failure leaves no output file\n");
@@ -489,6 +481,7 @@ int dispatch(const std::vector<std::string>& args) {
   if (command == "info") throw CommandError{kExitUsage, "info takes no arguments"};
   if (command == "run") return runFilter(parseRun({args.begin() + 1, args.end()}));
   if (command == "convert") return runConvert({args.begin() + 1, args.end()});
+  if (command == "scale") return runScale({args.begin() + 1, args.end()});
   throw CommandError{kExitUsage, "unknown command '" + command + "' (orvik --help)"};
 }
 

@@ -152,46 +152,14 @@ const RawFormat& rawFormatOf(const std::string& option, const std::string& rawPa
   throw CommandError{kExitUsage, "unknown format '" + name + "' (" + formatNames() + ")"};
 }
 
-void parseSize(const std::string& text, ConvertRequest& request) {
-  char* end = nullptr;
-  const unsigned long width = strtoul(text.c_str(), &end, 10);
-  if (*end != 'x') throw CommandError{kExitUsage, "--size takes WIDTHxHEIGHT, not '" + text + "'"};
-  const unsigned long height = strtoul(end + 1, &end, 10);
-  if (*end != '\0' || width == 0 || height == 0 || width > 65536 || height > 65536)
-    throw CommandError{kExitUsage, "--size takes WIDTHxHEIGHT, not '" + text + "'"};
-  request.width = uint32_t(width);
-  request.height = uint32_t(height);
-}
+// Frames of up to 65536 pixels a side.
+constexpr uint32_t kMaxFrameSide = 65536;
 
 ConvertRequest parseConvert(const std::vector<std::string>& args) {
-  std::vector<std::string> paths;
-  std::string from, to, size, range = "full";
-  for (size_t i = 0; i < args.size(); ++i) {
-    const std::string& arg = args[i];
-    if (arg.size() < 2 || arg[0] != '-') {
-      paths.push_back(arg);
-      continue;
-    }
-    const size_t equals = arg.find('=');
-    const std::string name = arg.substr(0, equals);
-    std::string value;
-    if (equals != std::string::npos) {
-      value = arg.substr(equals + 1);
-    } else {
-      if (i + 1 == args.size()) throw CommandError{kExitUsage, arg + " needs a value"};
-      value = args[++i];
-    }
-    if (name == "--from")
-      from = value;
-    else if (name == "--to")
-      to = value;
-    else if (name == "--size")
-      size = value;
-    else if (name == "--range")
-      range = value;
-    else
-      throw CommandError{kExitUsage, "convert has no option " + name};
-  }
+  const Arguments split = splitArguments("convert", args, {"--from", "--to", "--size", "--range"});
+  const std::vector<std::string>& paths = split.paths;
+  const std::string from = split.option("--from", ""), to = split.option("--to", ""),
+                    size = split.option("--size", ""), range = split.option("--range", "full");
   if (paths.size() != 2) throw CommandError{kExitUsage, "convert takes IN and OUT"};
   ConvertRequest request;
   request.input = paths[0];
@@ -206,7 +174,8 @@ ConvertRequest parseConvert(const std::vector<std::string>& args) {
     throw CommandError{kExitUsage, "--range video applies to reading nv21 only"};
   if (!request.toRaw) {
     if (size.empty()) throw CommandError{kExitUsage, "reading a raw frame needs --size WIDTHxHEIGHT"};
-    parseSize(size, request);
+    if (!parseSize(size, kMaxFrameSide, request.width, request.height))
+      throw CommandError{kExitUsage, "--size takes WIDTHxHEIGHT, not '" + size + "'"};
   }
   return request;
 }

@@ -124,3 +124,16 @@ bool writePng(const std::string& path, const InterleavedImage& image, std::strin
   encoded.resize(bytes);
   return writeOutputFile(path, encoded, error);
 }
+
+void extractPlane(const InterleavedImage& image, uint32_t channel, std::vector<uint8_t>& plane) {
+  for (size_t i = 0; i < plane.size(); ++i) plane[i] = image.pixels[i * image.channels + channel];
+}
+
+void insertPlane(const std::vector<uint8_t>& plane, uint32_t channel, InterleavedImage& image) {
+  for (size_t i = 0; i < plane.size(); ++i) image.pixels[i * image.channels + channel] = plane[i];
+}
+
+const char* layoutName(uint32_t channels) {
+  static const char* const kLayouts[] = {"", "gray", "gray+alpha", "RGB", "RGBA"};
+  return kLayouts[channels];
+}

@@ -17,6 +17,14 @@ struct InterleavedImage {
   uint32_t colorChannels() const { return hasAlpha() ? channels - 1 : channels; }
 };
 
+// One channel of the image as a packed plane of width x height bytes, and
+// back.
+void extractPlane(const InterleavedImage& image, uint32_t channel, std::vector<uint8_t>& plane);
+void insertPlane(const std::vector<uint8_t>& plane, uint32_t channel, InterleavedImage& image);
+
+// "gray", "gray+alpha", "RGB" or "RGBA".
+const char* layoutName(uint32_t channels);
+
 // Any PNG is read as 8 bits per channel: palettes and transparency become
 // RGB(A), low bit depths are widened and 16-bit samples keep their high byte.
 // On failure `error` says why.
