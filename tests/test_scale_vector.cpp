@@ -1,0 +1,169 @@
+// The vector scaling kernels against the portable ones on every compiled
+// target: guard-page images of every width up to 70 and a few long rows,
+// padded strides, start addresses of both parities, destination padding left
+// alone and return values equal.
+#include <gtest/gtest.h>
+#include <string.h>
+
+#include <algorithm>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "cpu/orvikInternal.h"
+#include "support/guarded_image.h"
+#include "support/vector_targets.h"
+
+namespace {
+
+struct Shape {
+  uint32_t srcWidth, srcHeight, dstWidth, dstHeight;
+};
+
+// One kernel run on a source and a destination image; returns the kernel's
+// result (0 for a void kernel).
+using Call = std::function<int64_t(const GuardedImage& src, const GuardedImage& dst, const Shape& shape)>;
+
+template <class T>
+T* as(const GuardedImage& image) {
+  return reinterpret_cast<T*>(image.data());
+}
+
+// Fixed-ratio kernels: the destination size follows from the source.
+template <class R, class Src, class Dst>
+Call call(R (*f)(const Src*, uint32_t, uint32_t, uint32_t, Dst*, uint32_t)) {
+  return [f](const GuardedImage& s, const GuardedImage& d, const Shape& shape) -> int64_t {
+    if constexpr (std::is_void_v<R>) {
+      f(as<const Src>(s), shape.srcWidth, shape.srcHeight, s.stride(), as<Dst>(d), d.stride());
+      return 0;
+    } else {
+      return f(as<const Src>(s), shape.srcWidth, shape.srcHeight, s.stride(), as<Dst>(d), d.stride());
+    }
+  };
+}
+
+// Kernels given the destination size.
+template <class R>
+Call call(R (*f)(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t, uint32_t, uint32_t)) {
+  return [f](const GuardedImage& s, const GuardedImage& d, const Shape& shape) -> int64_t {
+    if constexpr (std::is_void_v<R>) {
+      f(s.data(), shape.srcWidth, shape.srcHeight, s.stride(), d.data(), shape.dstWidth, shape.dstHeight, d.stride());
+      return 0;
+    } else {
+      return f(s.data(), shape.srcWidth, shape.srcHeight, s.stride(), d.data(), shape.dstWidth, shape.dstHeight,
+               d.stride());
+    }
+  };
+}
+
+// The destination sizes the wrappers accept for a source size (none when
+// they refuse it).
+using Shapes = std::function<std::vector<Shape>(uint32_t width, uint32_t height)>;
+
+Shapes fixedRatio(uint32_t multiple, uint32_t numerator, uint32_t denominator, uint32_t smallest = 1) {
+  return [=](uint32_t w, uint32_t h) {
+    if (w % multiple || h % multiple || w < smallest || h < smallest) return std::vector<Shape>{};
+    return std::vector<Shape>{{w, h, w * numerator / denominator, h * numerator / denominator}};
+  };
+}
+
+struct KernelPair {
+  std::string name;
+  uint32_t srcPixelBytes, dstPixelBytes;
+  Shapes shapes;
+  Call vector, portable;
+};
+
+#define OVK_PAIR(group, srcBytes, dstBytes, shapes) \
+  KernelPair { #group, srcBytes, dstBytes, shapes, call(ovkVector##group()), call(ovk##group##C) }
+
+// The vector kernel is looked up under the target chosen at the time of the call.
+std::vector<KernelPair> kernelPairs() {
+  return {
+      OVK_PAIR(ScaleDownBy2u8, 1, 1, fixedRatio(2, 1, 2)),
+      OVK_PAIR(ScaleDownBy4u8, 1, 1, fixedRatio(4, 1, 4)),
+  };
+}
+
+// Float sources hold values with fractions of both signs and a few tiny ones,
+// so that the order of products and sums shows in the low bits.
+void fillSource(GuardedImage& src, uint32_t rowBytes, uint32_t pixelBytes, std::mt19937& rng) {
+  if (pixelBytes == 1) return src.fillRandom(rng);
+  std::uniform_real_distribution<float> value(-300.0f, 300.0f);
+  for (uint32_t y = 0; y < src.height(); ++y)
+    for (uint32_t x = 0; x < rowBytes; x += 4) {
+      float v = value(rng);
+      if (rng() % 17 == 0) v *= 1e-38f;
+      memcpy(src.row(y) + x, &v, 4);
+    }
+}
+
+// A stride of at least `rowBytes` whose image starts at an address of the
+// wanted parity where the padding can decide it.
+uint32_t strideFor(uint32_t rowBytes, uint32_t height, bool odd, std::mt19937& rng) {
+  const uint32_t base = rowBytes + rng() % 11;
+  for (uint32_t extra = 0; extra < 2; ++extra) {
+    const uint32_t stride = base + extra;
+    const size_t bytes = size_t(height - 1) * stride + rowBytes;  // the start is a page end minus this
+    if ((bytes & 1) == odd) return stride;
+  }
+  return base;
+}
+
+std::vector<uint8_t> contents(const GuardedImage& image) {
+  const size_t bytes = size_t(image.height() - 1) * image.stride() + image.width();
+  return std::vector<uint8_t>(image.data(), image.data() + bytes);
+}
+
+std::vector<uint32_t> testWidths() {
+  std::vector<uint32_t> widths;
+  for (uint32_t w = 1; w <= 70; ++w) widths.push_back(w);
+  for (const uint32_t w : {127u, 128u, 129u, 255u, 513u}) widths.push_back(w);
+  return widths;
+}
+
+TEST(ScaleVectors, MatchPortableOnEveryTarget) {
+  std::mt19937 rng(11);
+  std::vector<std::string> targets;
+  size_t oddStarts = 0, runs = 0;
+  forEachVectorTarget([&](const std::string& target) {
+    targets.push_back(target);
+    for (const KernelPair& pair : kernelPairs()) {
+      for (const uint32_t width : testWidths()) {
+        for (const uint32_t height : {1u, 2u, 3u, 4u, 5u, 6u, 8u, 9u, 12u}) {
+          for (const Shape& shape : pair.shapes(width, height)) {
+            const uint32_t srcRow = width * pair.srcPixelBytes;
+            const uint32_t dstWidth = std::max(shape.dstWidth, 1u), dstHeight = std::max(shape.dstHeight, 1u);
+            const uint32_t dstRow = dstWidth * pair.dstPixelBytes;
+            GuardedImage src(srcRow, height, strideFor(srcRow, height, runs & 1, rng));
+            fillSource(src, srcRow, pair.srcPixelBytes, rng);
+            const uint32_t dstStride = strideFor(dstRow, dstHeight, runs & 2, rng);
+            GuardedImage vector(dstRow, dstHeight, dstStride), portable(dstRow, dstHeight, dstStride);
+            oddStarts += (reinterpret_cast<uintptr_t>(src.data()) & 1) + (reinterpret_cast<uintptr_t>(vector.data()) & 1);
+            ++runs;
+            const int64_t vectorResult = pair.vector(src, vector, shape);
+            const int64_t portableResult = pair.portable(src, portable, shape);
+            const std::string where = target + " " + pair.name + " " + std::to_string(width) + "x" +
+                                      std::to_string(height) + " to " + std::to_string(shape.dstWidth) + "x" +
+                                      std::to_string(shape.dstHeight);
+            ASSERT_EQ(vectorResult, portableResult) << where;
+            ASSERT_TRUE(vector.paddingIntact()) << where;
+            ASSERT_EQ(contents(vector), contents(portable)) << where;
+          }
+        }
+      }
+    }
+  });
+  EXPECT_FALSE(targets.empty());
+  EXPECT_GT(oddStarts, runs / 4);  // both parities of start address were exercised
+  std::string names;
+  for (const std::string& target : targets) names += target + " ";
+  RecordProperty("targets", names);
+  std::printf("targets: %s\n", names.c_str());
+#if defined(__ARM_NEON)
+  EXPECT_NE(std::find(targets.begin(), targets.end(), "NEON"), targets.end());
+#endif
+}
+
+}  // namespace
