@@ -12,7 +12,7 @@ size with zero strides at an odd start.
 import os
 import random
 
-FAMILIES = ["filters", "gradients", "ycbcr_to_rgb", "rgb_to_ycbcr"]
+FAMILIES = ["filters", "gradients", "ycbcr_to_rgb", "rgb_to_ycbcr", "scaling"]
 NEUTRAL = bytes([0x41]) * 40  # strides, options and the target byte
 
 

@@ -598,6 +598,208 @@ OVK_API void ovkColorRGB888ToGrayu8(const uint8_t* src, uint32_t srcWidth, uint3
                                     uint8_t* dst, uint32_t dstStride);
 
 
+/* ---- Scaling ------------------------------------------------------------------ */
+
+/*
+ * Single-channel 8-bit planes.  Destination sizes are given by the entry
+ * (fixed ratios) or by the caller; source and destination must not overlap.
+ * Entries returning int32_t return -1, without a log line, when their
+ * condition fails; the others log it as described at the top of this file.
+ *
+ * How these differ from OpenCV's resize (cv::resize):
+ *   - the fixed-ratio box reductions truncate ((sum) >> 2, >> 4) where
+ *     INTER_AREA rounds;
+ *   - ovkScaleDownNNu8 samples column ((x * R) >> S), a reciprocal of
+ *     dstWidth / srcWidth rounded in 32 bits, so from the left edge (3 to 2
+ *     samples columns 0 and 1), where INTER_NEAREST takes floor(x * scale);
+ *   - ovkScaleDownBLu8 is centre-aligned like INTER_LINEAR but with Q11
+ *     weights rounded from single precision, rounding half up at the end;
+ *   - ovkScaleDownMNu8 averages whole source pixels per destination pixel
+ *     (no fractional coverage) and divides through a reciprocal table that
+ *     gives S - 1 for a block of one pixel; ovkScaleu8 with
+ *     ORVIK_INTERPOLATION_AREA is the exact fractional-area average;
+ *   - the Gaussian reductions centre output (x, y) on source (2x, 2y), as
+ *     pyrDown does, but renormalise dropped taps instead of reflecting them;
+ *     ovkScaleUpBy2Gaussian5x5u8 reflects at the top and left and replicates
+ *     at the bottom and right, where pyrUp reflects on every side.
+ */
+
+/* mn_div_table[n] = ceil(2^32 / n) for 2 <= n <= 400; entries 0 and 1 are
+ * 0xFFFFFFFF, so (S * mn_div_table[1]) >> 32 is S - 1 for S >= 1. */
+OVK_API extern const uint32_t mn_div_table[401];
+
+/* Significant bits of a 16-bit value (0 for 0). */
+OVK_API uint32_t ovkGetNumBits(uint16_t value);
+/* Trailing zero bits of a 16-bit value, at most 15 (15 for 0). */
+OVK_API uint32_t ovkGetMaxNumTrail0s(uint16_t value);
+
+/*
+ * Halving: dst(x, y) = (s(2x, 2y) + s(2x+1, 2y) + s(2x, 2y+1) + s(2x+1, 2y+1))
+ * >> 2 (truncated) on width/2 x height/2.  Width and height must be even and
+ * non-zero.  ovkScaleDownBy2u8 is packed (stride width, dst stride width/2);
+ * in _v2 a zero stride means packed, srcStride >= srcWidth and dstStride >=
+ * srcWidth/2.  Returns 0, or -1 on a refused call.
+ */
+OVK_API int32_t ovkScaleDownBy2u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+OVK_API int32_t ovkScaleDownBy2u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                     uint8_t* dst, uint32_t dstStride);
+
+/* Quartering: the truncated mean (sum >> 4) of each 4x4 block; sizes
+ * multiples of 4.  Otherwise as the halving entries. */
+OVK_API int32_t ovkScaleDownBy4u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+OVK_API int32_t ovkScaleDownBy4u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                     uint8_t* dst, uint32_t dstStride);
+
+/*
+ * 3 to 2: each whole 3x3 block becomes a 2x2 block, corner weights 9 3 3 1
+ * around the block's centre pixel, truncated (>> 4).  Partial blocks at the
+ * right and bottom are skipped: dst is (srcWidth/3)*2 x (srcHeight/3)*2.
+ * Zero strides mean packed.  Returns 0, 1 (nothing written) for an image
+ * narrower or lower than 3, -1 on a refused call.
+ */
+OVK_API int32_t ovkScaleDown3To2u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                   uint8_t* dst, uint32_t dstStride);
+
+/*
+ * Nearest neighbour: column min(srcWidth - 1, ((x * R) >> S) & 0xFFFF) of
+ * a 32-bit reciprocal R of dstWidth / srcWidth (rows likewise); equal sizes
+ * copy.  The reciprocal is built from the low 16 bits of the sizes, so sizes
+ * above 65535 sample unevenly (never outside the image).  Any sizes; zero
+ * strides mean packed.  Returns 0, 1 (nothing written) when the reciprocal
+ * does not fit, -1 on a refused call.
+ */
+OVK_API int32_t ovkScaleDownNNu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                 uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride);
+
+/*
+ * Integer-factor box: fx = width/dstWidth, fy = height/dstHeight must be
+ * whole ("Error at <entry>" otherwise, also for a zero destination size);
+ * dst = (sum of the fy x fx block) / (fx fy), truncated.  The first
+ * generation is packed; in _v2 strides are taken as given.
+ */
+OVK_API void ovkScaleDownu8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst, uint32_t dstWidth,
+                            uint32_t dstHeight);
+OVK_API void ovkScaleDownu8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                               uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride);
+
+/*
+ * Bilinear, centre-aligned: sx = (x + 0.5) / (dstWidth / srcWidth) - 0.5 in
+ * single precision, clamped to [0, srcWidth - 1]; Q11 weights
+ * trunc(f * 2048 + 0.5) and trunc((1 - f) * 2048 + 0.5); each source row is
+ * first interpolated horizontally, then dst = (w0y h0 + w1y h1 + 2^21) >> 22.
+ * Strides as given.  Meant for reduction but accepts any sizes.  Without
+ * scratch memory the process ends (logged "...@<line>: buffer Assertion
+ * failed").
+ */
+OVK_API void ovkScaleDownBLu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                              uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride);
+
+/*
+ * M-by-N area reduction: every source pixel belongs to one destination
+ * pixel; destination column k takes source columns [E(k-1), E(k)) with
+ * E(k) = ceil((k + 1) srcWidth / dstWidth), rows likewise, and the block sum
+ * S of its r x c pixels becomes (S * mn_div_table[r c]) >> 32.  The ratio
+ * on each axis must stay below 20.  A destination larger than the source on
+ * an axis takes, for each destination column whose block would be empty, the
+ * single source column its block ends at (so enlarging repeats pixels, each
+ * one as S - 1).  Zero strides mean packed.  Without scratch memory nothing
+ * is written.
+ */
+OVK_API void ovkScaleDownMNu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                              uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride);
+/* The same on two interleaved channels (CbCr pairs): widths count pairs,
+ * strides are bytes, each channel reduced on its own. */
+OVK_API void ovkScaleDownMNInterleaveu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                        uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight,
+                                        uint32_t dstStride);
+
+/*
+ * Gaussian 5x5 reduction by 2: dst(x, y) is centred on source (2x, 2y),
+ * kernel (1 4 6 4 1)^T (1 4 6 4 1).  Inside, (sum + 128) >> 8.  Taps outside
+ * the image are dropped and the sum W of the kept weights renormalised:
+ * floor(0.5 + sum * k(W)) in double precision, k(W) being 1/W rounded to
+ * single precision (0.0082644625 for 11 x 11 and so on).  dst is
+ * width/2 x height/2.  The first generation needs even sizes ("Error at
+ * <entry>" otherwise); _v2 also takes odd sizes, where the last column and
+ * row are inner ones (its centre's taps all lie in the image), and a size of
+ * 2 keeps the taps 6 4 (W = 10, k(100) = 0.0099999998 for a 2x2 image).
+ */
+OVK_API void ovkScaleDownBy2Gaussian5x5u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+OVK_API void ovkScaleDownBy2Gaussian5x5u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                             uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+
+/*
+ * The same kernel on 32-bit floats (even sizes; strides in bytes, zero
+ * meaning packed in _v2).  Per output: the kept taps of each of the five
+ * columns summed top to bottom (s0 + 4 s1 + 6 s2 + 4 s3 + s4), those column
+ * sums left to right the same way, times (float)(1 / W).
+ */
+OVK_API void ovkScaleDownBy2Gaussian5x5f32(const float* srcImg, uint32_t width, uint32_t height, float* dst);
+OVK_API void ovkScaleDownBy2Gaussian5x5f32_v2(const float* src, uint32_t srcWidth, uint32_t srcHeight,
+                                              uint32_t srcStride, float* dst, uint32_t dstStride);
+
+/*
+ * Gaussian 3x3 reduction by 2: dst(x, y) centred on source (2x, 2y), kernel
+ * (1 2 1)^T (1 2 1), (sum + 8) >> 4, the row or column before the first
+ * replicated (the one after the last always exists).  dst is srcWidth/2 x
+ * srcHeight/2; both sizes at least 2; zero strides mean packed.
+ */
+OVK_API void ovkScaleDownBy2Gaussian3x3u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                          uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+
+/*
+ * Gaussian enlargement by 2 to 2 srcWidth x 2 srcHeight, total weight 64,
+ * (sum + 32) >> 6.  Even rows use c = s(y-1) + 6 s(y) + s(y+1), odd rows
+ * 4 d with d = s(y) + s(y+1); even columns v(x-1) + 6 v(x) + v(x+1), odd
+ * columns 4 v(x) + 4 v(x+1).  Row and column -1 reflect (read 1; 0 for a
+ * single line), the line after the last repeats the last.  Zero strides in
+ * _v2 mean packed (srcWidth and 2 srcWidth).
+ */
+OVK_API void ovkScaleUpBy2Gaussian5x5u8(const uint8_t* src, uint32_t width, uint32_t height, uint8_t* dst);
+OVK_API void ovkScaleUpBy2Gaussian5x5u8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                           uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+
+/*
+ * Polyphase resize, meant for enlargement (any sizes are accepted):
+ * separable 4-tap Catmull-Rom (a = -0.5) in 32 phases with Q7 weights that
+ * sum to 128, centre-aligned (source position (x + 0.5) srcWidth / dstWidth
+ * - 0.5 rounded to 1/32), edge pixels replicated, (sum + 8192) >> 14 clamped
+ * to 0..255.  Zero strides mean packed.  The interleaved form treats two
+ * channels (widths in pairs) independently.
+ */
+OVK_API void ovkScaleUpPolyu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                              uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride);
+OVK_API void ovkScaleUpPolyInterleaveu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                        uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight,
+                                        uint32_t dstStride);
+
+/* Interpolation of ovkScaleu8. */
+typedef uint32_t ovkInterpolationType;
+/* Exact area average: each output pixel is the mean of the source area it
+ * covers, fractional pixels weighted by their coverage, rounded half up. */
+#define ORVIK_INTERPOLATION_AREA 0u
+/* Centre-aligned nearest: column floor((2x + 1) srcWidth / (2 dstWidth)). */
+#define ORVIK_INTERPOLATION_NEAREST 1u
+/* Centre-aligned bilinear: position ((2x + 1) srcWidth - dstWidth) / (2
+ * dstWidth) in 1/256 steps (floored, clamped to the image), Q8 weights,
+ * (sum + 32768) >> 16. */
+#define ORVIK_INTERPOLATION_BILINEAR 2u
+
+/*
+ * General resize to any size in both directions.  Computed in integers, so
+ * results are the same on every processor; a constant image stays constant.
+ * ovkScaleu8 takes strides as given (at least the row); ovkScaleu8_v2 also
+ * reads zero strides as packed.  Returns ORVIK_STATUS_SUCCESS, or
+ * ORVIK_STATUS_BAD_PARAM for a null pointer, a zero size, a short stride or
+ * an unknown interpolation.
+ */
+OVK_API ovkStatusCode ovkScaleu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                 uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride,
+                                 ovkInterpolationType interpolation);
+OVK_API ovkStatusCode ovkScaleu8_v2(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                    uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride,
+                                    ovkInterpolationType interpolation);
+
 /* ---- Kernel pointers --------------------------------------------------------- */
 
 /* Kernel types of the gradients: the `_v2` argument lists. */
@@ -735,6 +937,40 @@ typedef void (*ovkRgbToYCbCrPlanarRowFn)(const uint8_t* src, uint8_t* dstY, uint
                                          uint32_t width);
 typedef void (*ovkRgbToYCbCrPseudoPlanarRowFn)(const uint8_t* src, uint8_t* dstY, uint8_t* dstC, uint32_t width);
 typedef void (*ovkRgbToLumaRowFn)(const uint8_t* src, uint8_t* dstY, uint32_t width);
+
+/* Kernel types of the scaling entries: the strided argument lists. */
+typedef int32_t (*ovkScaleDownBy2u8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                       uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+typedef ovkScaleDownBy2u8Fn ovkScaleDownBy4u8Fn;
+typedef ovkScaleDownBy2u8Fn ovkScaleDown3To2u8Fn;
+typedef int32_t (*ovkScaleDownNNu8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                      uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride);
+typedef void (*ovkScaleDownu8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                 uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride);
+typedef ovkScaleDownu8Fn ovkScaleDownBLu8Fn;
+typedef ovkScaleDownu8Fn ovkScaleDownMNu8Fn;
+typedef ovkScaleDownu8Fn ovkScaleDownMNInterleaveu8Fn;
+typedef ovkScaleDownu8Fn ovkScaleUpPolyu8Fn;
+typedef ovkScaleDownu8Fn ovkScaleUpPolyInterleaveu8Fn;
+typedef void (*ovkScaleDownBy2Gaussian5x5u8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                               uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+typedef ovkScaleDownBy2Gaussian5x5u8Fn ovkScaleDownBy2Gaussian3x3u8Fn;
+/* Returns the number of source rows processed. */
+typedef int32_t (*ovkScaleUpBy2Gaussian5x5u8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                uint32_t srcStride, uint8_t* dst, uint32_t dstStride);
+typedef void (*ovkScaleDownBy2Gaussian5x5f32Fn)(const float* src, uint32_t srcWidth, uint32_t srcHeight,
+                                                uint32_t srcStride, float* dst, uint32_t dstStride);
+typedef ovkScaleDownBy2Gaussian5x5f32Fn ovkScaleDownBy2Gaussian5x5f32_v2Fn;
+typedef ovkStatusCode (*ovkScaleu8Fn)(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                      uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride,
+                                      ovkInterpolationType interpolation);
+/* Inner kernel of the M-by-N reduction: one destination row from the column
+ * sums of its rowCount source rows.  Destination column k adds the next
+ * columnCounts[k] sums and divides the total by rowCount x columnCounts[k]
+ * through mn_div_table; a count of 0 (enlarging) takes the previous sum
+ * again, as a block of one column. */
+typedef void (*ovkScaleDownMNRowFn)(const uint16_t* columnSums, const uint8_t* columnCounts, uint32_t rowCount,
+                                    uint8_t* dst, uint32_t dstWidth);
 
 #ifdef __cplusplus
 }

@@ -111,9 +111,9 @@ struct RowKernel {
 };
 
 const RowKernel kRowKernels[] = {
-#define OVK_X(stem, Fn) \
+#define OVK_X(stem, Fn, vector) \
   {#stem, [] { return asPointer(stem##_); }, asPointer(stem##C), [] { return asPointer(ovkVector##stem##_()); }},
-    OVK_INNER_KERNELS(OVK_X)
+    OVK_RGB_TO_YCBCR_ROW_KERNELS(OVK_X)
 #undef OVK_X
 };
 

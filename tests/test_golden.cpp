@@ -36,8 +36,8 @@ std::vector<Shape> goldenShapes(const EntryInfo& entry) {
                                {130, 21, 5, false, 0},
                                {255, 6, 1, false, 63}};
   for (Shape& shape : shapes) {
-    shape.width = std::max(shape.width, entry.minWidth);
-    shape.height = std::max(shape.height, entry.minHeight);
+    shape.width = entry.acceptedWidth(shape.width);
+    shape.height = entry.acceptedHeight(shape.height);
   }
   return shapes;
 }

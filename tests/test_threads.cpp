@@ -146,7 +146,7 @@ bool isCanny(const EntryInfo& entry) { return entry.name.rfind("ovkFilterCanny",
 struct EntryRun {
   EntryRun(const EntryInfo& info, uint64_t seed)
       : entry(info),
-        buffers(info, Shape{std::max(info.minWidth, 41u), std::max(info.minHeight, 23u), 5}, seed),
+        buffers(info, Shape{info.acceptedWidth(41), info.acceptedHeight(23), 5}, seed),
         options(info.goldenOptions.back()) {
     status = entry.invoke(buffers.call(options));
     for (size_t i = 0; i < buffers.bufferCount(); ++i)

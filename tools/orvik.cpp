@@ -61,11 +61,11 @@ void printOperations() {
     printf("  %-*s  %s\n", int(nameWidth), ovkEntryList[i].name, implementationOf(ovkEntryList[i].name).c_str());
 }
 
-// The RGB to YCbCr operations run portable outer loops over these rows.
+// Portable outer loops run these inner kernels.
 void printRowKernels() {
   const std::string vector = std::string("PELAR (") + ovkPelarTargetName() + ")";
-  printf("row kernels of the RGB to YCbCr operations:\n");
-#define OVK_X(stem, Fn) printf("  %-16s %s\n", #stem "_", stem##_ == stem##C ? "CPU" : vector.c_str());
+  printf("inner kernels:\n");
+#define OVK_X(stem, Fn, kind) printf("  %-18s %s\n", #stem "_", stem##_ == stem##C ? "CPU" : vector.c_str());
   OVK_INNER_KERNELS(OVK_X)
 #undef OVK_X
 }

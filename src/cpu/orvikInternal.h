@@ -72,13 +72,15 @@ OVK_INTERNAL_GROUPS(OVK_X)
 // Inner-kernel slots: the pointer the portable outer loops call (exported),
 // its portable routine and, for the vector filler, its vector routine.
 extern "C" {
-#define OVK_X(stem, Fn) OVK_API extern Fn stem##_;
+#define OVK_X(stem, Fn, vector) OVK_API extern Fn stem##_;
 OVK_INNER_KERNELS(OVK_X)
 #undef OVK_X
 }
-#define OVK_X(stem, Fn)              \
+#define OVK_DECLARE_VECTOR_SLOT_V(stem, Fn) Fn ovkVector##stem##_();
+#define OVK_DECLARE_VECTOR_SLOT_N(stem, Fn)
+#define OVK_X(stem, Fn, vector)      \
   std::remove_pointer_t<Fn> stem##C; \
-  Fn ovkVector##stem##_();
+  OVK_DECLARE_VECTOR_SLOT_##vector(stem, Fn)
 OVK_INNER_KERNELS(OVK_X)
 #undef OVK_X
 

@@ -16,8 +16,28 @@
 //   vector   V: src/pelar provides ovkVector<Group>(); N: portable only.
 //   backends OVK_BACKENDS_* below: DSP/GPU forms and the mode tables that
 //            send the group to them.
-#define OVK_GROUPS(X) \
-  OVK_FILTER_GROUPS(X) OVK_GRADIENT_GROUPS(X) OVK_YCBCR_TO_RGB_GROUPS(X) OVK_RGB_TO_YCBCR_GROUPS(X)
+#define OVK_GROUPS(X)                                                                                 \
+  OVK_FILTER_GROUPS(X) OVK_GRADIENT_GROUPS(X) OVK_YCBCR_TO_RGB_GROUPS(X) OVK_RGB_TO_YCBCR_GROUPS(X) \
+  OVK_SCALE_GROUPS(X)
+
+// Scaling.  The by-2 and by-4 box reductions have DSP forms.
+#define OVK_SCALE_GROUPS(X)                                                                         \
+  X(343, ScaleDown3To2u8, N, OVK_BACKENDS_NONE)                                                      \
+  X(344, ScaleDownBLu8, N, OVK_BACKENDS_NONE)                                                        \
+  X(345, ScaleDownBy2Gaussian3x3u8, N, OVK_BACKENDS_NONE)                                            \
+  X(346, ScaleDownBy2Gaussian5x5f32, N, OVK_BACKENDS_NONE)                                           \
+  X(347, ScaleDownBy2Gaussian5x5f32_v2, N, OVK_BACKENDS_NONE)                                        \
+  X(348, ScaleDownBy2Gaussian5x5u8, N, OVK_BACKENDS_NONE)                                            \
+  X(349, ScaleDownBy2u8, V, OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD)                      \
+  X(350, ScaleDownBy4u8, V, OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD)                      \
+  X(351, ScaleDownMNInterleaveu8, N, OVK_BACKENDS_NONE)                                              \
+  X(352, ScaleDownMNu8, N, OVK_BACKENDS_NONE)                                                        \
+  X(353, ScaleDownNNu8, N, OVK_BACKENDS_NONE)                                                        \
+  X(354, ScaleDownu8, N, OVK_BACKENDS_NONE)                                                          \
+  X(355, ScaleUpBy2Gaussian5x5u8, N, OVK_BACKENDS_NONE)                                              \
+  X(356, ScaleUpPolyInterleaveu8, N, OVK_BACKENDS_NONE)                                              \
+  X(357, ScaleUpPolyu8, N, OVK_BACKENDS_NONE)                                                        \
+  X(358, Scaleu8, N, OVK_BACKENDS_NONE)
 
 // Gradients and edges (448 and 449, the unscaled Sobel and the Canny `_v3`,
 // are later additions).
@@ -140,15 +160,43 @@
 
 // OVK_INTERNAL_GROUPS(X): same columns, for ovkInternalFuncTable; a group
 // may also be an exported one, with the same kernels.
-#define OVK_INTERNAL_GROUPS(X) X(3, ImageGradientScharrInterleaveds16, V, OVK_BACKENDS_NONE)
+#define OVK_INTERNAL_GROUPS(X)                                  \
+  X(3, ImageGradientScharrInterleaveds16, V, OVK_BACKENDS_NONE) \
+  X(5, ScaleDownBy2Gaussian5x5f32, N, OVK_BACKENDS_NONE)        \
+  X(6, ScaleDownBy2Gaussian5x5f32_v2, N, OVK_BACKENDS_NONE)
 
 // OVK_ENTRIES(X): X(Name, SelectorGroup, Group, remote)
 //   Name           exported as ovk<Name>, with the pointers ovk<Name>_ and
 //                  ppovk<Name>.
 //   SelectorGroup  whose ovkImplTable selector the entry reads (normally Group).
 //   remote         R: the group has a DSP or GPU form, so ovk<Name>R_ exists.
-#define OVK_ENTRIES(X) \
-  OVK_FILTER_ENTRIES(X) OVK_GRADIENT_ENTRIES(X) OVK_YCBCR_TO_RGB_ENTRIES(X) OVK_RGB_TO_YCBCR_ENTRIES(X)
+#define OVK_ENTRIES(X)                                                                                   \
+  OVK_FILTER_ENTRIES(X) OVK_GRADIENT_ENTRIES(X) OVK_YCBCR_TO_RGB_ENTRIES(X) OVK_RGB_TO_YCBCR_ENTRIES(X) \
+  OVK_SCALE_ENTRIES(X)
+
+#define OVK_SCALE_ENTRIES(X)                                                                             \
+  X(ScaleDownBy2u8, ScaleDownBy2u8, ScaleDownBy2u8, R)                                                    \
+  X(ScaleDownBy2u8_v2, ScaleDownBy2u8, ScaleDownBy2u8, R)                                                 \
+  X(ScaleDownBy4u8, ScaleDownBy4u8, ScaleDownBy4u8, R)                                                    \
+  X(ScaleDownBy4u8_v2, ScaleDownBy4u8, ScaleDownBy4u8, R)                                                 \
+  X(ScaleDown3To2u8, ScaleDown3To2u8, ScaleDown3To2u8, N)                                                 \
+  X(ScaleDownNNu8, ScaleDownNNu8, ScaleDownNNu8, N)                                                       \
+  X(ScaleDownu8, ScaleDownu8, ScaleDownu8, N)                                                             \
+  X(ScaleDownu8_v2, ScaleDownu8, ScaleDownu8, N)                                                          \
+  X(ScaleDownBLu8, ScaleDownBLu8, ScaleDownBLu8, N)                                                       \
+  X(ScaleDownMNu8, ScaleDownMNu8, ScaleDownMNu8, N)                                                       \
+  X(ScaleDownMNInterleaveu8, ScaleDownMNInterleaveu8, ScaleDownMNInterleaveu8, N)                         \
+  X(ScaleDownBy2Gaussian5x5u8, ScaleDownBy2Gaussian5x5u8, ScaleDownBy2Gaussian5x5u8, N)                   \
+  X(ScaleDownBy2Gaussian5x5u8_v2, ScaleDownBy2Gaussian5x5u8, ScaleDownBy2Gaussian5x5u8, N)                \
+  X(ScaleDownBy2Gaussian3x3u8, ScaleDownBy2Gaussian3x3u8, ScaleDownBy2Gaussian3x3u8, N)                   \
+  X(ScaleUpBy2Gaussian5x5u8, ScaleUpBy2Gaussian5x5u8, ScaleUpBy2Gaussian5x5u8, N)                         \
+  X(ScaleUpBy2Gaussian5x5u8_v2, ScaleUpBy2Gaussian5x5u8, ScaleUpBy2Gaussian5x5u8, N)                      \
+  X(ScaleDownBy2Gaussian5x5f32, ScaleDownBy2Gaussian5x5f32, ScaleDownBy2Gaussian5x5f32, N)                \
+  X(ScaleDownBy2Gaussian5x5f32_v2, ScaleDownBy2Gaussian5x5f32_v2, ScaleDownBy2Gaussian5x5f32_v2, N)       \
+  X(ScaleUpPolyu8, ScaleUpPolyu8, ScaleUpPolyu8, N)                                                       \
+  X(ScaleUpPolyInterleaveu8, ScaleUpPolyInterleaveu8, ScaleUpPolyInterleaveu8, N)                         \
+  X(Scaleu8, Scaleu8, Scaleu8, N)                                                                         \
+  X(Scaleu8_v2, Scaleu8, Scaleu8, N)
 
 #define OVK_FILTER_ENTRIES(X)                                            \
   X(FilterGaussian3x3u8, FilterGaussian3x3u8, FilterGaussian3x3u8, R)    \
@@ -231,26 +279,28 @@
   X(ColorRGB888toYCrCbu8_v2, ColorRGB888toYCrCbu8, ColorRGB888toYCrCbu8, R) \
   X(ColorRGB888ToGrayu8, ColorRGB888ToGrayu8, ColorRGB888ToGrayu8, N)
 
-// Inner-kernel slots: X(stem, Fn).  The slot, an exported pointer of type Fn,
-// is stem_; its portable routine is stemC and its vector routine
-// ovkVector<stem_>() (a name cannot lose its trailing underscore by pasting,
-// so the stem is what is listed).
-#define OVK_INNER_KERNELS(X) \
-  X(rgb5652yuvp, ovkRgbToYCbCrPlanarRowFn) \
-  X(rgb8882yuvp, ovkRgbToYCbCrPlanarRowFn) \
-  X(rgba88882yuvp, ovkRgbToYCbCrPlanarRowFn) \
-  X(rgb5652yyuvp, ovkRgbToYCbCrPlanarRowFn) \
-  X(rgb8882yyuvp, ovkRgbToYCbCrPlanarRowFn) \
-  X(rgba88882yyuvp, ovkRgbToYCbCrPlanarRowFn) \
-  X(rgb5652y, ovkRgbToLumaRowFn) \
-  X(rgb8882y, ovkRgbToLumaRowFn) \
-  X(rgba88882y, ovkRgbToLumaRowFn) \
-  X(rgb5652yuv, ovkRgbToYCbCrPseudoPlanarRowFn) \
-  X(rgb8882yuv, ovkRgbToYCbCrPseudoPlanarRowFn) \
-  X(rgba88882yuv, ovkRgbToYCbCrPseudoPlanarRowFn) \
-  X(rgb5652yyuv, ovkRgbToYCbCrPseudoPlanarRowFn) \
-  X(rgb8882yyuv, ovkRgbToYCbCrPseudoPlanarRowFn) \
-  X(rgba88882yyuv, ovkRgbToYCbCrPseudoPlanarRowFn)
+// Inner-kernel slots: X(stem, Fn, vector).  The slot, an exported pointer of
+// type Fn, is stem_; its portable routine is stemC and, with vector V, its
+// vector routine ovkVector<stem_>() (a name cannot lose its trailing
+// underscore by pasting, so the stem is what is listed).
+#define OVK_INNER_KERNELS(X) OVK_RGB_TO_YCBCR_ROW_KERNELS(X) X(ScaleDownMNu8Core, ovkScaleDownMNRowFn, N)
+
+#define OVK_RGB_TO_YCBCR_ROW_KERNELS(X) \
+  X(rgb5652yuvp, ovkRgbToYCbCrPlanarRowFn, V) \
+  X(rgb8882yuvp, ovkRgbToYCbCrPlanarRowFn, V) \
+  X(rgba88882yuvp, ovkRgbToYCbCrPlanarRowFn, V) \
+  X(rgb5652yyuvp, ovkRgbToYCbCrPlanarRowFn, V) \
+  X(rgb8882yyuvp, ovkRgbToYCbCrPlanarRowFn, V) \
+  X(rgba88882yyuvp, ovkRgbToYCbCrPlanarRowFn, V) \
+  X(rgb5652y, ovkRgbToLumaRowFn, V) \
+  X(rgb8882y, ovkRgbToLumaRowFn, V) \
+  X(rgba88882y, ovkRgbToLumaRowFn, V) \
+  X(rgb5652yuv, ovkRgbToYCbCrPseudoPlanarRowFn, V) \
+  X(rgb8882yuv, ovkRgbToYCbCrPseudoPlanarRowFn, V) \
+  X(rgba88882yuv, ovkRgbToYCbCrPseudoPlanarRowFn, V) \
+  X(rgb5652yyuv, ovkRgbToYCbCrPseudoPlanarRowFn, V) \
+  X(rgb8882yyuv, ovkRgbToYCbCrPseudoPlanarRowFn, V) \
+  X(rgba88882yyuv, ovkRgbToYCbCrPseudoPlanarRowFn, V)
 
 // Back-end forms of a group.
 #define OVK_BACKENDS_NONE 0u

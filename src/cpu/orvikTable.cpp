@@ -25,7 +25,7 @@ OVK_ENTRIES(OVK_X)
 
 // Inner-kernel slots start on their portable routines, so the portable outer
 // loops work even before the first mode change.
-#define OVK_X(stem, Fn) OVK_API Fn stem##_ = stem##C;
+#define OVK_X(stem, Fn, vector) OVK_API Fn stem##_ = stem##C;
 OVK_INNER_KERNELS(OVK_X)
 #undef OVK_X
 }
@@ -125,13 +125,15 @@ int32_t uVTable(ovkFuncPtr* table, ovkFuncPtr* internalTable, uint32_t impl) {
 }
 
 void uCHelper() {
-#define OVK_X(stem, Fn) stem##_ = stem##C;
+#define OVK_X(stem, Fn, vector) stem##_ = stem##C;
   OVK_INNER_KERNELS(OVK_X)
 #undef OVK_X
 }
 
 void uVHelper() {
-#define OVK_X(stem, Fn) stem##_ = ovkVector##stem##_();
+#define OVK_VECTOR_SLOT_V(stem) stem##_ = ovkVector##stem##_();
+#define OVK_VECTOR_SLOT_N(stem)
+#define OVK_X(stem, Fn, vector) OVK_VECTOR_SLOT_##vector(stem)
   OVK_INNER_KERNELS(OVK_X)
 #undef OVK_X
 }

@@ -1,5 +1,7 @@
 #include "entry_table.h"
 
+#include <algorithm>
+
 #include "cpu/orvikColorToRgb.h"
 #include "orvik.h"
 
@@ -13,6 +15,8 @@ const char* familyName(Family family) {
       return "ycbcr_to_rgb";
     case Family::kRgbToYcc:
       return "rgb_to_ycbcr";
+    case Family::kScale:
+      return "scaling";
   }
   return "?";
 }
@@ -560,10 +564,183 @@ std::vector<EntryInfo> rgbToYccEntries() {
 
 }  // namespace
 
+// ---- Scaling ------------------------------------------------------------------------
+
+// Destination sizes as functions of the source size, so that every shape of
+// the harness has a destination: shrinking, growing and whole factors.
+struct Ratio {
+  uint32_t num, den, plus;  // size * num / den + plus, at least 1
+  uint32_t operator()(uint32_t size) const { return std::max<uint32_t>(1, uint32_t(uint64_t(size) * num / den) + plus); }
+};
+
+// A whole factor of the size (3, 2 or 1), and 0 stays 1 so that a zero
+// source size reaches the condition.
+uint32_t wholeFactorOf(uint32_t size) {
+  if (size == 0) return 1;
+  return size / (size % 3 == 0 ? 3 : size % 2 == 0 ? 2 : 1);
+}
+
+BufferLayout resized(uint32_t (*dstWidth)(uint32_t), uint32_t (*dstHeight)(uint32_t), uint32_t pixelBytes,
+                     int srcStride, int dstStride) {
+  return [=](uint32_t w, uint32_t h) {
+    return std::vector<BufferInfo>{input("src", h, uint64_t(w) * pixelBytes, srcStride),
+                                   output("dst", dstHeight(h), uint64_t(dstWidth(w)) * pixelBytes, dstStride)};
+  };
+}
+
+BufferLayout floatsHalved(bool strided) {
+  return [=](uint32_t w, uint32_t h) {
+    BufferInfo src = input("src", h, uint64_t(w) * 4, strided ? 0 : -1);
+    src.content = Content::kFloats;
+    BufferInfo dst = output("dst", h / 2, uint64_t(w / 2) * 4, strided ? 1 : -1);
+    dst.content = Content::kFloats;
+    return std::vector<BufferInfo>{src, dst};
+  };
+}
+
+uint32_t half(uint32_t n) { return n / 2; }
+uint32_t quarter(uint32_t n) { return n / 4; }
+uint32_t twoThirdsOfBlocks(uint32_t n) { return n / 3 * 2; }
+uint32_t twice(uint32_t n) { return uint32_t(uint64_t(n) * 2); }
+uint32_t nnWidth(uint32_t n) { return Ratio{2, 3, 0}(n); }
+uint32_t nnHeight(uint32_t n) { return Ratio{1, 2, 1}(n); }
+uint32_t blWidth(uint32_t n) { return Ratio{3, 4, 0}(n); }
+uint32_t blHeight(uint32_t n) { return Ratio{2, 3, 0}(n); }
+uint32_t mnWidth(uint32_t n) { return Ratio{2, 5, 0}(n); }
+uint32_t mnHeight(uint32_t n) { return Ratio{3, 4, 0}(n); }
+uint32_t polyWidth(uint32_t n) { return Ratio{3, 2, 1}(n); }
+uint32_t polyHeight(uint32_t n) { return Ratio{7, 4, 0}(n); }
+uint32_t resizeWidth(uint32_t n) { return Ratio{3, 5, 1}(n); }
+
+#define OVK_RESIZE_CALL(entry, dw, dh) \
+  entry(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), dw(c.width), dh(c.height), c.stride(1))
+
+const std::vector<OptionInfo> kInterpolation = {{"interpolation", 0, 3}};
+
+std::vector<EntryInfo> scaleEntries() {
+  const auto silent = [](std::string name, uint32_t min, bool strided, BufferLayout layout, EntryInvoke invoke) {
+    EntryInfo entry{name, Family::kScale, "", min, min, strided,
+                    strided ? strides({{"srcStride", true}, {"dstStride", true}}) : std::vector<StrideInfo>{},
+                    layout, {}, {{}}, {}, invoke};
+    entry.refusal = -1;
+    return entry;
+  };
+  const auto logged = [](std::string name, std::string condition, uint32_t minWidth, uint32_t minHeight,
+                         bool strided, bool zeroIsPacked, BufferLayout layout, EntryInvoke invoke) {
+    return EntryInfo{name, Family::kScale, condition, minWidth, minHeight, zeroIsPacked,
+                     strided ? strides({{"srcStride", true}, {"dstStride", true}}) : std::vector<StrideInfo>{},
+                     layout, {}, {{}}, {}, invoke};
+  };
+  const auto resize = [](std::string name, bool zeroIsPacked, EntryInvoke invoke) {
+    EntryInfo entry{name, Family::kScale, "", 1, 1, zeroIsPacked,
+                    strides({{"srcStride", true}, {"dstStride", true}}),
+                    resized(resizeWidth, polyHeight, 1, 0, 1), kInterpolation, {{0}, {1}, {2}}, {{3}}, invoke};
+    return entry;
+  };
+  const std::string mn =
+      "src && dst && srcWidth && srcHeight && dstWidth && dstHeight && (srcStride==0 || srcStride >=srcWidth) && "
+      "(dstStride == 0 || dstStride >= dstWidth) && dstWidth * 20 > srcWidth && dstHeight * 20 > srcHeight";
+  std::vector<EntryInfo> entries = {
+      silent("ovkScaleDownBy2u8", 2, false, resized(half, half, 1, -1, -1),
+             OVK_STATUS(ovkScaleDownBy2u8(u8(c, 0), c.width, c.height, out8(c, 1)))),
+      silent("ovkScaleDownBy2u8_v2", 2, true, resized(half, half, 1, 0, 1),
+             OVK_STATUS(ovkScaleDownBy2u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1)))),
+      silent("ovkScaleDownBy4u8", 4, false, resized(quarter, quarter, 1, -1, -1),
+             OVK_STATUS(ovkScaleDownBy4u8(u8(c, 0), c.width, c.height, out8(c, 1)))),
+      silent("ovkScaleDownBy4u8_v2", 4, true, resized(quarter, quarter, 1, 0, 1),
+             OVK_STATUS(ovkScaleDownBy4u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1)))),
+      silent("ovkScaleDown3To2u8", 1, true, resized(twoThirdsOfBlocks, twoThirdsOfBlocks, 1, 0, 1),
+             OVK_STATUS(ovkScaleDown3To2u8(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1)))),
+      silent("ovkScaleDownNNu8", 1, true, resized(nnWidth, nnHeight, 1, 0, 1),
+             OVK_STATUS(OVK_RESIZE_CALL(ovkScaleDownNNu8, nnWidth, nnHeight))),
+      logged("ovkScaleDownu8",
+             "src && dst && width && height && dstWidth && dstHeight && width >= dstWidth && height >= dstHeight", 1, 1,
+             false, false, resized(wholeFactorOf, wholeFactorOf, 1, -1, -1),
+             OVK_VOID(ovkScaleDownu8(u8(c, 0), c.width, c.height, out8(c, 1), wholeFactorOf(c.width),
+                                     wholeFactorOf(c.height)))),
+      logged("ovkScaleDownu8_v2",
+             "src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && dstWidth && dstHeight && (dstStride >= "
+             "dstWidth) && srcWidth >= dstWidth && srcHeight >= dstHeight",
+             1, 1, true, false, resized(wholeFactorOf, wholeFactorOf, 1, 0, 1),
+             OVK_VOID(OVK_RESIZE_CALL(ovkScaleDownu8_v2, wholeFactorOf, wholeFactorOf))),
+      logged("ovkScaleDownBLu8",
+             "src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && dstWidth && dstHeight && (dstStride >= "
+             "dstWidth)",
+             1, 1, true, false, resized(blWidth, blHeight, 1, 0, 1),
+             OVK_VOID(OVK_RESIZE_CALL(ovkScaleDownBLu8, blWidth, blHeight))),
+      logged("ovkScaleDownMNu8", mn, 1, 1, true, true, resized(mnWidth, mnHeight, 1, 0, 1),
+             OVK_VOID(OVK_RESIZE_CALL(ovkScaleDownMNu8, mnWidth, mnHeight))),
+      logged("ovkScaleDownMNInterleaveu8",
+             "src && dst && srcWidth && srcHeight && dstWidth && dstHeight && (srcStride==0 || srcStride >=srcWidth*2) "
+             "&& (dstStride == 0 || dstStride >= dstWidth*2) && dstWidth * 20 > srcWidth && dstHeight * 20 > srcHeight",
+             1, 1, true, true, resized(mnWidth, mnHeight, 2, 0, 1),
+             OVK_VOID(OVK_RESIZE_CALL(ovkScaleDownMNInterleaveu8, mnWidth, mnHeight))),
+      logged("ovkScaleDownBy2Gaussian5x5u8",
+             "src && dst && width && height && ((width & 1) == 0 ) && ((height & 1) == 0)", 2, 2, false, false,
+             resized(half, half, 1, -1, -1),
+             OVK_VOID(ovkScaleDownBy2Gaussian5x5u8(u8(c, 0), c.width, c.height, out8(c, 1)))),
+      logged("ovkScaleDownBy2Gaussian5x5u8_v2",
+             "src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && (dstStride >= srcWidth/2)", 1, 1, true,
+             true, resized(half, half, 1, 0, 1),
+             OVK_VOID(ovkScaleDownBy2Gaussian5x5u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1),
+                                                      c.stride(1)))),
+      logged("ovkScaleDownBy2Gaussian3x3u8",
+             "src && dst && srcWidth > 1 && srcHeight > 1 && (srcStride >= srcWidth) && (dstStride >= srcWidth/2)", 2,
+             2, true, true, resized(half, half, 1, 0, 1),
+             OVK_VOID(ovkScaleDownBy2Gaussian3x3u8(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1),
+                                                   c.stride(1)))),
+      logged("ovkScaleUpBy2Gaussian5x5u8", "src && dst && width && height", 1, 1, false, false,
+             resized(twice, twice, 1, -1, -1),
+             OVK_VOID(ovkScaleUpBy2Gaussian5x5u8(u8(c, 0), c.width, c.height, out8(c, 1)))),
+      logged("ovkScaleUpBy2Gaussian5x5u8_v2",
+             "src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && (dstStride >= srcWidth*2)", 1, 1, true,
+             true, resized(twice, twice, 1, 0, 1),
+             OVK_VOID(ovkScaleUpBy2Gaussian5x5u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1),
+                                                    c.stride(1)))),
+      logged("ovkScaleDownBy2Gaussian5x5f32",
+             "srcImg && width && height && ((width & 1) == 0 ) && ((height & 1) == 0)", 2, 2, false, false,
+             floatsHalved(false),
+             OVK_VOID(ovkScaleDownBy2Gaussian5x5f32(c.in<float>(0), c.width, c.height, c.out<float>(1)))),
+      logged("ovkScaleDownBy2Gaussian5x5f32_v2",
+             "src && dst && srcWidth && srcHeight && ((srcWidth & 1) == 0 ) && ((srcHeight & 1) == 0) && (srcStride "
+             ">= srcWidth*4) && (dstStride >= srcWidth*2)",
+             2, 2, true, true, floatsHalved(true),
+             OVK_VOID(ovkScaleDownBy2Gaussian5x5f32_v2(c.in<float>(0), c.width, c.height, c.stride(0),
+                                                       c.out<float>(1), c.stride(1)))),
+      logged("ovkScaleUpPolyu8",
+             "src && dst && srcWidth && srcHeight && (srcStride == 0 || srcStride >= srcWidth) && dstWidth && "
+             "dstHeight && (dstStride == 0 || dstStride >= dstWidth)",
+             1, 1, true, true, resized(polyWidth, polyHeight, 1, 0, 1),
+             OVK_VOID(OVK_RESIZE_CALL(ovkScaleUpPolyu8, polyWidth, polyHeight))),
+      logged("ovkScaleUpPolyInterleaveu8",
+             "src && dst && srcWidth && srcHeight && dstWidth && dstHeight && (srcStride==0 || srcStride >=srcWidth*2) "
+             "&& (dstStride == 0 || dstStride >= dstWidth*2)",
+             1, 1, true, true, resized(polyWidth, polyHeight, 2, 0, 1),
+             OVK_VOID(OVK_RESIZE_CALL(ovkScaleUpPolyInterleaveu8, polyWidth, polyHeight))),
+      resize("ovkScaleu8", false,
+             OVK_STATUS(ovkScaleu8(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), resizeWidth(c.width),
+                                   polyHeight(c.height), c.stride(1), uint32_t(c.options[0])))),
+      resize("ovkScaleu8_v2", true,
+             OVK_STATUS(ovkScaleu8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), resizeWidth(c.width),
+                                      polyHeight(c.height), c.stride(1), uint32_t(c.options[0])))),
+  };
+  for (EntryInfo& entry : entries) {
+    if (entry.name == "ovkScaleDownBy2Gaussian5x5f32") entry.extraCondition = "dst";
+    if (entry.name.find("By4u8") != std::string::npos) entry.sizeStep = 4;
+    if (entry.name.find("By2u8") != std::string::npos || entry.name == "ovkScaleDownBy2Gaussian5x5u8" ||
+        entry.name.find("5x5f32") != std::string::npos)
+      entry.sizeStep = 2;
+    entry.sizePrecheck = entry.name == "ovkScaleDownu8" || entry.name == "ovkScaleDownu8_v2" ||
+                         entry.name == "ovkScaleDownBy2Gaussian5x5u8";
+  }
+  return entries;
+}
+
 const std::vector<EntryInfo>& entryTable() {
   static const std::vector<EntryInfo> table = [] {
     std::vector<EntryInfo> all;
-    for (auto family : {filterEntries(), gradientEntries(), yccToRgbEntries(), rgbToYccEntries()}) all.insert(all.end(), family.begin(), family.end());
+    for (auto family : {filterEntries(), gradientEntries(), yccToRgbEntries(), rgbToYccEntries(), scaleEntries()})
+      all.insert(all.end(), family.begin(), family.end());
     return all;
   }();
   return table;

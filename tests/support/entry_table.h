@@ -12,8 +12,9 @@
 #include <string>
 #include <vector>
 
-enum class Family { kFilter, kGradient, kYccToRgb, kRgbToYcc };
-constexpr Family kFamilies[] = {Family::kFilter, Family::kGradient, Family::kYccToRgb, Family::kRgbToYcc};
+enum class Family { kFilter, kGradient, kYccToRgb, kRgbToYcc, kScale };
+constexpr Family kFamilies[] = {Family::kFilter, Family::kGradient, Family::kYccToRgb, Family::kRgbToYcc,
+                                Family::kScale};
 // Also the name of the family's golden file and fuzz target.
 const char* familyName(Family family);
 
@@ -79,7 +80,7 @@ struct EntryInfo {
   std::string name;
   Family family;
   // The condition text a rejected call logs; empty for entries that answer
-  // with status 3 instead.
+  // with `refusal` instead.
   std::string condition;
   uint32_t minWidth, minHeight;   // the smallest size the condition accepts
   bool zeroStrideIsPacked;        // a stride of 0 stands for the packed one
@@ -91,11 +92,31 @@ struct EntryInfo {
   EntryInvoke invoke;
   // A width beyond INT_MAX is refused before anything else with "Error at <entry>".
   bool widthPrecheck = false;
+  // Sizes the entry cannot divide (odd ones, or not a whole factor of the
+  // destination) are refused before the condition with "Error at <entry>".
+  bool sizePrecheck = false;
+  // A second check after the condition, for an output the condition does not name.
+  std::string extraCondition;
+  // What a status entry returns for a refused call.
+  int64_t refusal = 3;
   // The text of the deliberate fatal check a width one below minWidth runs
   // into, when the condition does not refuse it.
   std::string fatalBelowMinWidth;
 
+  // Sizes must be multiples of this (2 for the even-only entries, 4 for the
+  // quartering ones).
+  uint32_t sizeStep = 1;
+
   bool returnsStatus() const { return condition.empty(); }
+  // The nearest size at or above `size` that the entry accepts.
+  uint32_t acceptedWidth(uint32_t size) const { return accepted(size, minWidth); }
+  uint32_t acceptedHeight(uint32_t size) const { return accepted(size, minHeight); }
+
+ private:
+  uint32_t accepted(uint32_t size, uint32_t smallest) const {
+    const uint32_t atLeast = size > smallest ? size : smallest;
+    return (atLeast + sizeStep - 1) / sizeStep * sizeStep;
+  }
 };
 
 const std::vector<EntryInfo>& entryTable();

@@ -19,6 +19,10 @@ ovkStatusCode fakeDspGaussianV3(const uint8_t*, uint32_t, uint32_t, uint32_t, ui
 void fakeGpuGaussian(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t, int32_t) {
   ++gState.gpuCalls;
 }
+int32_t fakeDspReduction(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t) {
+  ++gState.dspCalls;
+  return 0;
+}
 void fakeDspMedian(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t) { ++gState.dspCalls; }
 void fakeGpuMedian(const uint8_t*, uint32_t, uint32_t, uint32_t, uint8_t*, uint32_t) { ++gState.gpuCalls; }
 
@@ -26,6 +30,8 @@ ovkFuncPtr dspKernel(uint32_t group) {
   if (group == ovkGroup::FilterGaussian3x3u8) return reinterpret_cast<ovkFuncPtr>(fakeDspGaussian);
   if (group == ovkGroup::FilterGaussian3x3u8_v3) return reinterpret_cast<ovkFuncPtr>(fakeDspGaussianV3);
   if (group == ovkGroup::FilterMedian3x3u8) return reinterpret_cast<ovkFuncPtr>(fakeDspMedian);
+  if (group == ovkGroup::ScaleDownBy2u8 || group == ovkGroup::ScaleDownBy4u8)
+    return reinterpret_cast<ovkFuncPtr>(fakeDspReduction);
   return nullptr;
 }
 ovkFuncPtr gpuKernel(uint32_t group) {

@@ -1,0 +1,80 @@
+// Scaling pieces shared by the portable and the vector kernels: the border
+// rules of the Gaussian reductions, the nearest-neighbour reciprocals, the
+// M-by-N blocks and the bilinear tables.  Vector kernels run their inner
+// columns themselves and hand borders to these, so both give the same bytes.
+#ifndef ORVIK_SCALE_H
+#define ORVIK_SCALE_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "orvik.h"
+
+// ---- Gaussian 5x5 down by 2 --------------------------------------------------------
+
+// Taps of 1 4 6 4 1 centred on `centre` that lie on a line of `size`
+// pixels: offsets first..last from the centre, and their weight sum (10, 11,
+// 15 or 16).
+struct ovkGaussTaps {
+  int32_t first, last;
+  uint32_t weight;
+};
+ovkGaussTaps ovkGaussian5Taps(uint32_t centre, uint32_t size);
+
+// 1 / W rounded to single precision; the border factor is that value in
+// double.
+float ovkGaussianFloatFactor(uint32_t weight);
+double ovkGaussianBorderFactor(uint32_t weight);
+
+// The five source rows of output row y (null where a tap falls outside) and
+// their weight sum.
+uint32_t ovkGaussianDown5Rows(const uint8_t* src, uint32_t height, uint32_t stride, uint32_t y, const uint8_t** rows);
+
+// Weighted vertical sum of column x over the kept rows; the float form adds
+// the kept taps top to bottom.
+uint16_t ovkGaussianDown5Vertical(const uint8_t* const* rows, size_t x);
+float ovkGaussianDown5VerticalF(const uint8_t* const* rows, size_t x);
+
+// One output pixel from the vertical sums around its centre column
+// (centreSum[i] for the kept offsets i of `columns`).
+uint8_t ovkGaussianDown5Finish(const uint16_t* centreSum, ovkGaussTaps columns, uint32_t rowWeight);
+float ovkGaussianDown5FinishF(const float* centreSum, ovkGaussTaps columns, uint32_t rowWeight);
+
+// ---- Gaussian up by 2 --------------------------------------------------------------
+
+// Source line standing in for line i (-1 .. size) of a line of `size`:
+// reflected before the start (the line itself when there is no second one),
+// the last one repeated after the end.
+inline uint32_t ovkUpSourceLine(int64_t i, uint32_t size) {
+  if (i < 0) return size > 1 ? 1 : 0;
+  if (i >= int64_t(size)) return size - 1;
+  return uint32_t(i);
+}
+
+// ---- Nearest neighbour -------------------------------------------------------------
+
+struct ovkNearestAxis {
+  uint32_t R, S, b, mask;
+  bool split;
+};
+
+// Both axes' reciprocals; false when the exponent does not fit a shift.
+bool ovkNearestAxes(uint32_t srcWidth, uint32_t dstWidth, uint32_t srcHeight, uint32_t dstHeight,
+                    ovkNearestAxis* columns, ovkNearestAxis* rows);
+uint32_t ovkNearestSource(const ovkNearestAxis& axis, uint32_t i, uint32_t srcSize);
+
+// ---- M-by-N blocks -----------------------------------------------------------------
+
+// End (exclusive) of destination block k: ceil((k + 1) src / dst).
+inline uint32_t ovkBlockEnd(uint32_t k, uint32_t srcSize, uint32_t dstSize) {
+  return uint32_t(((uint64_t(k) + 1) * srcSize + dstSize - 1) / dstSize);
+}
+
+// ---- Bilinear reduction ------------------------------------------------------------
+
+struct ovkBilinearTap {
+  uint32_t index, w0, w1;
+};
+void ovkBilinearTaps(uint32_t srcSize, uint32_t dstSize, ovkBilinearTap* taps);
+
+#endif
