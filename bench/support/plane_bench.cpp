@@ -52,6 +52,10 @@ void runPlaneKernel(benchmark::State& state, const PlaneKernel& kernel, FrameSiz
   }
   const double megapixels = double(size.width) * size.height / 1e6;
   state.counters["Mpix/s"] = benchmark::Counter(megapixels, benchmark::Counter::kIsIterationInvariantRate);
+  // Source and destination bytes, so kernels whose outputs differ in size
+  // (and a copy of as many bytes) compare on one scale.
+  const size_t bytes = frameBytes(size, srcBytesPerPixel) + frameBytes(size, dstBytesPerPixel);
+  state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(bytes));
 }
 
 }  // namespace

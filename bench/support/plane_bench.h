@@ -1,6 +1,7 @@
 // The harness every filter benchmark shares: random planes at 640x480 and
-// 1920x1080, Mpixel/s counters, names filter/variant/WIDTHxHEIGHT, and OpenCV
-// on one thread beside our kernels when it is available.
+// 1920x1080, Mpixel/s (of the source frame) and bytes read and written,
+// names filter/variant/WIDTHxHEIGHT, and OpenCV on one thread beside our
+// kernels when it is available.
 #ifndef ORVIK_BENCH_PLANE_BENCH_H
 #define ORVIK_BENCH_PLANE_BENCH_H
 
@@ -20,7 +21,7 @@
 using PlaneKernel = std::function<void(const uint8_t* src, uint8_t* dst, uint32_t width, uint32_t height)>;
 
 struct Variant {
-  const char* name;
+  std::string name;
   PlaneKernel kernel;
 };
 
