@@ -83,6 +83,9 @@ std::vector<KernelPair> kernelPairs() {
   return {
       OVK_PAIR(ScaleDownBy2u8, 1, 1, fixedRatio(2, 1, 2)),
       OVK_PAIR(ScaleDownBy4u8, 1, 1, fixedRatio(4, 1, 4)),
+      OVK_PAIR(ScaleDownBy2Gaussian5x5u8, 1, 1, fixedRatio(1, 1, 2)),
+      OVK_PAIR(ScaleDownBy2Gaussian3x3u8, 1, 1, fixedRatio(1, 1, 2, 2)),
+      OVK_PAIR(ScaleUpBy2Gaussian5x5u8, 1, 1, fixedRatio(1, 2, 1)),
   };
 }
 

@@ -12,6 +12,9 @@
 #include "cpu/orvikScale.h"
 #include "pelar/orvikPelar.h"
 
+// Column pairs are read as 16-bit lanes, the even column in the low byte.
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "pairs of bytes read as little-endian lanes");
+
 HWY_BEFORE_NAMESPACE();
 namespace ovk {
 namespace HWY_NAMESPACE {
@@ -152,6 +155,213 @@ int32_t ScaleDownBy4u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight
   return 0;
 }
 
+// ---- Gaussian reductions and enlargement -------------------------------------------------
+
+// Outputs per strip: the column sums of one strip stay in L1.
+constexpr size_t kStripOutputs = 512;
+
+// Splits `count` outputs into strips of near-equal length, so that no strip
+// is shorter than a vector when the row is not.
+template <class Visit>
+HWY_INLINE void ForEachStrip(size_t count, Visit visit) {
+  const size_t strips = (count + kStripOutputs - 1) / kStripOutputs;
+  const size_t length = (count + strips - 1) / strips;
+  for (size_t begin = 0; begin < count; begin += length) visit(begin, HWY_MIN(length, count - begin));
+}
+
+// Output x of a 5x5 reduction row as the portable code computes it.
+uint8_t Gaussian5DownPixel(const uint8_t* const* rows, uint32_t rowWeight, uint32_t x, uint32_t srcWidth) {
+  const ovkGaussTaps columns = ovkGaussian5Taps(2 * x, srcWidth);
+  uint16_t sums[5];
+  for (int32_t i = columns.first; i <= columns.last; ++i) sums[i + 2] = ovkGaussianDown5Vertical(rows, 2 * x + i);
+  return ovkGaussianDown5Finish(sums + 2, columns, rowWeight);
+}
+
+#if HWY_TARGET != HWY_SCALAR
+
+// 1 4 6 4 1 as a + e + 4 (b + c + d) + 2 c: at most 16 x 255 on bytes and
+// 16 x 4080 + 128 on column sums, so 16 bits hold both passes.
+HWY_INLINE V16 Binomial5(V16 a, V16 b, V16 c, V16 d, V16 e) {
+  const V16 inner = hn::Add(hn::Add(b, d), c);
+  return hn::Add(hn::Add(hn::Add(a, e), hn::ShiftLeft<2>(inner)), hn::ShiftLeft<1>(c));
+}
+
+// Outputs [first, first + count) of an inner row (all five rows and all five
+// columns in the image).  The vertical pass splits each column pair into an
+// even and an odd sum: even[k] and odd[k] are columns 2 (first + k) - 2 and
+// - 1, so output first + i reads even[i .. i + 2] and odd[i .. i + 1].  The
+// last even sum, whose odd partner may lie past the row, is the scalar one.
+void Gaussian5DownInner(const uint8_t* const* rows, uint8_t* out, size_t first, size_t count) {
+  const D8 d8;
+  const D16 d16;
+  const size_t lanes = hn::Lanes(d16);
+  HWY_ALIGN uint16_t even[kStripOutputs + 2], odd[kStripOutputs + 2];
+  ForEachStrip(count, [&](size_t begin, size_t length) {
+    const size_t x0 = first + begin;
+    ForEachVector(length + 1, lanes, [&](size_t k) {
+      const size_t byte = 2 * (x0 + k) - 2;
+      V16 evens[5], odds[5];
+      for (int j = 0; j < 5; ++j) {
+        const V16 pairs = hn::BitCast(d16, hn::LoadU(d8, rows[j] + byte));
+        evens[j] = hn::And(pairs, hn::Set(d16, 0xFF));
+        odds[j] = hn::ShiftRight<8>(pairs);
+      }
+      hn::StoreU(Binomial5(evens[0], evens[1], evens[2], evens[3], evens[4]), d16, even + k);
+      hn::StoreU(Binomial5(odds[0], odds[1], odds[2], odds[3], odds[4]), d16, odd + k);
+    });
+    even[length + 1] = ovkGaussianDown5Vertical(rows, 2 * (x0 + length));
+    ForEachVector(length, lanes, [&](size_t i) {
+      const V16 sum = Binomial5(hn::LoadU(d16, even + i), hn::LoadU(d16, odd + i), hn::LoadU(d16, even + i + 1),
+                                hn::LoadU(d16, odd + i + 1), hn::LoadU(d16, even + i + 2));
+      StoreNarrow(hn::ShiftRight<8>(hn::Add(sum, hn::Set(d16, 128))), out + x0 + i);
+    });
+  });
+}
+
+#endif  // HWY_TARGET != HWY_SCALAR
+
+// Rows missing a tap, the border columns and rows with too few inner outputs
+// for a vector take the shared per-pixel path.
+void ScaleDownBy2Gaussian5x5u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                               uint8_t* dst, uint32_t dstStride) {
+  const uint32_t count = srcWidth / 2;
+#if HWY_TARGET != HWY_SCALAR
+  // Outputs 1 .. innerEnd - 1 have all five columns: 2x + 2 <= srcWidth - 1.
+  const uint32_t innerEnd = srcWidth > 2 ? (srcWidth - 1) / 2 : 1;
+#endif
+  for (uint32_t y = 0; y < srcHeight / 2; ++y) {
+    const uint8_t* rows[5];
+    const uint32_t rowWeight = ovkGaussianDown5Rows(src, srcHeight, srcStride, y, rows);
+    uint8_t* out = dst + size_t(y) * dstStride;
+    uint32_t x = 0;
+#if HWY_TARGET != HWY_SCALAR
+    if (rowWeight == 16 && innerEnd - 1 >= hn::Lanes(D16())) {
+      out[0] = Gaussian5DownPixel(rows, rowWeight, 0, srcWidth);
+      Gaussian5DownInner(rows, out, 1, innerEnd - 1);
+      x = innerEnd;
+    }
+#endif
+    for (; x < count; ++x) out[x] = Gaussian5DownPixel(rows, rowWeight, x, srcWidth);
+  }
+}
+
+void Gaussian3DownRowScalar(const uint8_t* above, const uint8_t* centre, const uint8_t* below, uint8_t* out,
+                            uint32_t begin, uint32_t end) {
+  for (uint32_t x = begin; x < end; ++x) {
+    const uint32_t c = 2 * x, l = x ? c - 1 : 0, r = c + 1;
+    const uint32_t left = above[l] + 2 * centre[l] + below[l];
+    const uint32_t middle = above[c] + 2 * centre[c] + below[c];
+    const uint32_t right = above[r] + 2 * centre[r] + below[r];
+    out[x] = uint8_t((left + 2 * middle + right + 8) >> 4);
+  }
+}
+
+// Outputs from 1 on read columns 2x - 1 (the high bytes of the pairs from
+// 2x - 2) and 2x, 2x + 1 (both bytes of the pairs from 2x); the last pair
+// ends at column srcWidth - 1 at most.  Sums reach 16 x 255 + 8.
+void ScaleDownBy2Gaussian3x3u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                               uint8_t* dst, uint32_t dstStride) {
+  const uint32_t count = srcWidth / 2;
+  for (uint32_t y = 0; y < srcHeight / 2; ++y) {
+    const uint8_t* centre = src + size_t(2 * y) * srcStride;
+    const uint8_t* above = y ? centre - srcStride : centre;
+    const uint8_t* below = centre + srcStride;
+    uint8_t* out = dst + size_t(y) * dstStride;
+#if HWY_TARGET != HWY_SCALAR
+    const D8 d8;
+    const D16 d16;
+    const size_t lanes = hn::Lanes(d16);
+    if (count > lanes) {
+      Gaussian3DownRowScalar(above, centre, below, out, 0, 1);
+      const auto vertical = [](V16 a, V16 c, V16 b) { return hn::Add(hn::Add(a, b), hn::ShiftLeft<1>(c)); };
+      const V16 lowByte = hn::Set(d16, 0xFF);
+      ForEachVector(count - 1, lanes, [&](size_t i) {
+        const size_t x = 1 + i;
+        const auto before = [&](const uint8_t* row) { return hn::BitCast(d16, hn::LoadU(d8, row + 2 * x - 2)); };
+        const auto at = [&](const uint8_t* row) { return hn::BitCast(d16, hn::LoadU(d8, row + 2 * x)); };
+        const V16 a = at(above), c = at(centre), b = at(below);
+        const V16 left = vertical(hn::ShiftRight<8>(before(above)), hn::ShiftRight<8>(before(centre)),
+                                  hn::ShiftRight<8>(before(below)));
+        const V16 middle = vertical(hn::And(a, lowByte), hn::And(c, lowByte), hn::And(b, lowByte));
+        const V16 right = vertical(hn::ShiftRight<8>(a), hn::ShiftRight<8>(c), hn::ShiftRight<8>(b));
+        const V16 sum = hn::Add(hn::Add(left, right), hn::Add(hn::ShiftLeft<1>(middle), hn::Set(d16, 8)));
+        StoreNarrow(hn::ShiftRight<4>(sum), out + x);
+      });
+      continue;
+    }
+#endif
+    Gaussian3DownRowScalar(above, centre, below, out, 0, count);
+  }
+}
+
+#if HWY_TARGET != HWY_SCALAR
+
+// Both output rows of one pass over a strip: v[k] is the vertical sum of
+// column begin - 1 + k, the border columns copied from the sums that stand
+// in for them.  Even outputs l + 6 m + r, odd ones 4 (m + r), at most
+// 8 x 2040 + 32; each pair leaves as one 16-bit lane, even byte first.
+void GaussianUpRows(const uint8_t* above, const uint8_t* centre, const uint8_t* below, uint32_t width,
+                    uint8_t* evenOut, uint8_t* oddOut) {
+  const D8 d8;
+  const D16 d16;
+  const hn::Rebind<uint8_t, D16> d8h;
+  const size_t lanes = hn::Lanes(d16);
+  HWY_ALIGN uint16_t evenSums[kStripOutputs + 2], oddSums[kStripOutputs + 2];
+  const auto storePairs = [&](const uint16_t* v, size_t i, uint8_t* out) {
+    const V16 l = hn::LoadU(d16, v + i), m = hn::LoadU(d16, v + i + 1), r = hn::LoadU(d16, v + i + 2);
+    const V16 half = hn::Set(d16, 32);
+    const V16 sixM = hn::Add(hn::ShiftLeft<2>(m), hn::ShiftLeft<1>(m));
+    const V16 even = hn::ShiftRight<6>(hn::Add(hn::Add(hn::Add(l, r), sixM), half));
+    const V16 odd = hn::ShiftRight<6>(hn::Add(hn::ShiftLeft<2>(hn::Add(m, r)), half));
+    hn::StoreU(hn::BitCast(d8, hn::Or(even, hn::ShiftLeft<8>(odd))), d8, out + 2 * i);
+  };
+  ForEachStrip(width, [&](size_t begin, size_t length) {
+    const size_t kFirst = begin == 0 ? 1 : 0, kEnd = begin + length == width ? length + 1 : length + 2;
+    ForEachVector(kEnd - kFirst, lanes, [&](size_t i) {
+      const size_t k = kFirst + i, x = begin + k - 1;
+      const V16 a = hn::PromoteTo(d16, hn::LoadU(d8h, above + x));
+      const V16 c = hn::PromoteTo(d16, hn::LoadU(d8h, centre + x));
+      const V16 b = hn::PromoteTo(d16, hn::LoadU(d8h, below + x));
+      const V16 sixC = hn::Add(hn::ShiftLeft<2>(c), hn::ShiftLeft<1>(c));
+      hn::StoreU(hn::Add(hn::Add(a, b), sixC), d16, evenSums + k);
+      hn::StoreU(hn::ShiftLeft<2>(hn::Add(c, b)), d16, oddSums + k);
+    });
+    if (begin == 0) {
+      const size_t reflected = 1 + ovkUpSourceLine(-1, width);
+      evenSums[0] = evenSums[reflected];
+      oddSums[0] = oddSums[reflected];
+    }
+    if (begin + length == width) {
+      evenSums[length + 1] = evenSums[length];
+      oddSums[length + 1] = oddSums[length];
+    }
+    ForEachVector(length, lanes, [&](size_t i) {
+      storePairs(evenSums, i, evenOut + 2 * begin);
+      storePairs(oddSums, i, oddOut + 2 * begin);
+    });
+  });
+}
+
+#endif  // HWY_TARGET != HWY_SCALAR
+
+// Narrower than a vector, the portable kernel.
+int32_t ScaleUpBy2Gaussian5x5u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                uint8_t* dst, uint32_t dstStride) {
+#if HWY_TARGET == HWY_SCALAR
+  return ovkScaleUpBy2Gaussian5x5u8C(src, srcWidth, srcHeight, srcStride, dst, dstStride);
+#else
+  if (srcWidth < hn::Lanes(D16())) return ovkScaleUpBy2Gaussian5x5u8C(src, srcWidth, srcHeight, srcStride, dst, dstStride);
+  for (uint32_t y = 0; y < srcHeight; ++y) {
+    const uint8_t* above = src + size_t(ovkUpSourceLine(int64_t(y) - 1, srcHeight)) * srcStride;
+    const uint8_t* centre = src + size_t(y) * srcStride;
+    const uint8_t* below = src + size_t(ovkUpSourceLine(int64_t(y) + 1, srcHeight)) * srcStride;
+    uint8_t* even = dst + size_t(2 * y) * dstStride;
+    GaussianUpRows(above, centre, below, srcWidth, even, even + dstStride);
+  }
+  return int32_t(srcHeight);
+#endif
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace ovk
 HWY_AFTER_NAMESPACE();
@@ -159,4 +369,7 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 OVK_VECTOR_KERNEL(ScaleDownBy2u8)
 OVK_VECTOR_KERNEL(ScaleDownBy4u8)
+OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5u8)
+OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian3x3u8)
+OVK_VECTOR_KERNEL(ScaleUpBy2Gaussian5x5u8)
 #endif
