@@ -86,6 +86,8 @@ std::vector<KernelPair> kernelPairs() {
       OVK_PAIR(ScaleDownBy2Gaussian5x5u8, 1, 1, fixedRatio(1, 1, 2)),
       OVK_PAIR(ScaleDownBy2Gaussian3x3u8, 1, 1, fixedRatio(1, 1, 2, 2)),
       OVK_PAIR(ScaleUpBy2Gaussian5x5u8, 1, 1, fixedRatio(1, 2, 1)),
+      OVK_PAIR(ScaleDownBy2Gaussian5x5f32, 4, 4, fixedRatio(2, 1, 2)),
+      OVK_PAIR(ScaleDownBy2Gaussian5x5f32_v2, 4, 4, fixedRatio(2, 1, 2)),
   };
 }
 

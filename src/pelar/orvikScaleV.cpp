@@ -362,6 +362,95 @@ int32_t ScaleUpBy2Gaussian5x5u8(const uint8_t* src, uint32_t srcWidth, uint32_t 
 #endif
 }
 
+// ---- Gaussian 5x5 reduction on floats ----------------------------------------------------
+
+// Output x of a float row as the portable code computes it.
+void Gaussian5DownPixelF(const uint8_t* const* rows, uint32_t rowWeight, uint32_t x, uint32_t srcWidth, uint8_t* out) {
+  const ovkGaussTaps columns = ovkGaussian5Taps(2 * x, srcWidth);
+  float sums[5];
+  for (int32_t i = columns.first; i <= columns.last; ++i) sums[i + 2] = ovkGaussianDown5VerticalF(rows, 2 * x + i);
+  ovkStoreElement(out, x, ovkGaussianDown5FinishF(sums + 2, columns, rowWeight));
+}
+
+#if HWY_TARGET != HWY_SCALAR
+
+using DF = hn::ScalableTag<float>;
+using VF = hn::Vec<DF>;
+
+// The inner outputs [first, first + count) of a row, in the portable order of
+// operations: the kept rows' products added top to bottom, then
+// e(-2) + 4 o(-1) + 6 e(0) + 4 o(1) + e(2) left to right, times the factor.
+// The vertical pass runs on whole columns and splits the sums into even and
+// odd columns afterwards, laid out as in the 8-bit reduction.
+void Gaussian5DownInnerF(const uint8_t* const* rows, uint32_t rowWeight, uint8_t* out, size_t first, size_t count) {
+  const DF df;
+  const size_t lanes = hn::Lanes(df);
+  static const float kWeights[5] = {1.0f, 4.0f, 6.0f, 4.0f, 1.0f};
+  int top = 0, bottom = 4;
+  while (!rows[top]) ++top;
+  while (!rows[bottom]) --bottom;
+  const VF four = hn::Set(df, 4.0f), six = hn::Set(df, 6.0f);
+  const VF factor = hn::Set(df, ovkGaussianFloatFactor(rowWeight * 16));
+  HWY_ALIGN float even[kStripOutputs + 2], odd[kStripOutputs + 2];
+  ForEachStrip(count, [&](size_t begin, size_t length) {
+    const size_t x0 = first + begin;
+    ForEachVector(length + 1, lanes, [&](size_t k) {
+      const size_t column = 2 * (x0 + k) - 2;
+      const auto vertical = [&](size_t at) {
+        const auto load = [&](int j) { return hn::LoadU(df, reinterpret_cast<const float*>(rows[j]) + at); };
+        VF sum = hn::Mul(hn::Set(df, kWeights[top]), load(top));
+        for (int j = top + 1; j <= bottom; ++j) sum = hn::Add(sum, hn::Mul(hn::Set(df, kWeights[j]), load(j)));
+        return sum;
+      };
+      const VF lo = vertical(column), hi = vertical(column + lanes);
+      hn::StoreU(hn::ConcatEven(df, hi, lo), df, even + k);
+      hn::StoreU(hn::ConcatOdd(df, hi, lo), df, odd + k);
+    });
+    even[length + 1] = ovkGaussianDown5VerticalF(rows, 2 * (x0 + length));
+    ForEachVector(length, lanes, [&](size_t i) {
+      VF sum = hn::Add(hn::LoadU(df, even + i), hn::Mul(four, hn::LoadU(df, odd + i)));
+      sum = hn::Add(sum, hn::Mul(six, hn::LoadU(df, even + i + 1)));
+      sum = hn::Add(sum, hn::Mul(four, hn::LoadU(df, odd + i + 1)));
+      sum = hn::Add(sum, hn::LoadU(df, even + i + 2));
+      hn::StoreU(hn::Mul(sum, factor), df, reinterpret_cast<float*>(out) + x0 + i);
+    });
+  });
+}
+
+#endif  // HWY_TARGET != HWY_SCALAR
+
+// ARMv7's vector unit flushes subnormal floats to zero, unlike its scalar
+// unit, so there the portable code runs.
+void ScaleDownBy2Gaussian5x5f32(const float* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                float* dst, uint32_t dstStride) {
+#if HWY_TARGET == HWY_SCALAR
+  return ovkScaleDownBy2Gaussian5x5f32C(src, srcWidth, srcHeight, srcStride, dst, dstStride);
+#else
+  if (HWY_ARCH_ARM_V7) return ovkScaleDownBy2Gaussian5x5f32C(src, srcWidth, srcHeight, srcStride, dst, dstStride);
+  const uint8_t* base = reinterpret_cast<const uint8_t*>(src);
+  const uint32_t count = srcWidth / 2;
+  const uint32_t innerEnd = srcWidth > 2 ? (srcWidth - 1) / 2 : 1;  // as in the 8-bit reduction
+  const bool vector = innerEnd - 1 >= hn::Lanes(DF());
+  for (uint32_t y = 0; y < srcHeight / 2; ++y) {
+    const uint8_t* rows[5];
+    const uint32_t rowWeight = ovkGaussianDown5Rows(base, srcHeight, srcStride, y, rows);
+    uint8_t* out = reinterpret_cast<uint8_t*>(dst) + size_t(y) * dstStride;
+    uint32_t x = 0;
+    if (vector) {
+      Gaussian5DownPixelF(rows, rowWeight, 0, srcWidth, out);
+      Gaussian5DownInnerF(rows, rowWeight, out, 1, innerEnd - 1);
+      x = innerEnd;
+    }
+    for (; x < count; ++x) Gaussian5DownPixelF(rows, rowWeight, x, srcWidth, out);
+  }
+#endif
+}
+
+void ScaleDownBy2Gaussian5x5f32_v2(const float* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                                   float* dst, uint32_t dstStride) {
+  ScaleDownBy2Gaussian5x5f32(src, srcWidth, srcHeight, srcStride, dst, dstStride);
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace ovk
 HWY_AFTER_NAMESPACE();
@@ -372,4 +461,6 @@ OVK_VECTOR_KERNEL(ScaleDownBy4u8)
 OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5u8)
 OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian3x3u8)
 OVK_VECTOR_KERNEL(ScaleUpBy2Gaussian5x5u8)
+OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5f32)
+OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5f32_v2)
 #endif
