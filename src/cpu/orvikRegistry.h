@@ -24,17 +24,17 @@
 #define OVK_SCALE_GROUPS(X)                                                                         \
   X(343, ScaleDown3To2u8, N, OVK_BACKENDS_NONE)                                                      \
   X(344, ScaleDownBLu8, N, OVK_BACKENDS_NONE)                                                        \
-  X(345, ScaleDownBy2Gaussian3x3u8, N, OVK_BACKENDS_NONE)                                            \
-  X(346, ScaleDownBy2Gaussian5x5f32, N, OVK_BACKENDS_NONE)                                           \
-  X(347, ScaleDownBy2Gaussian5x5f32_v2, N, OVK_BACKENDS_NONE)                                        \
-  X(348, ScaleDownBy2Gaussian5x5u8, N, OVK_BACKENDS_NONE)                                            \
+  X(345, ScaleDownBy2Gaussian3x3u8, V, OVK_BACKENDS_NONE)                                            \
+  X(346, ScaleDownBy2Gaussian5x5f32, V, OVK_BACKENDS_NONE)                                           \
+  X(347, ScaleDownBy2Gaussian5x5f32_v2, V, OVK_BACKENDS_NONE)                                        \
+  X(348, ScaleDownBy2Gaussian5x5u8, V, OVK_BACKENDS_NONE)                                            \
   X(349, ScaleDownBy2u8, V, OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD)                      \
   X(350, ScaleDownBy4u8, V, OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD)                      \
   X(351, ScaleDownMNInterleaveu8, N, OVK_BACKENDS_NONE)                                              \
   X(352, ScaleDownMNu8, N, OVK_BACKENDS_NONE)                                                        \
   X(353, ScaleDownNNu8, N, OVK_BACKENDS_NONE)                                                        \
   X(354, ScaleDownu8, N, OVK_BACKENDS_NONE)                                                          \
-  X(355, ScaleUpBy2Gaussian5x5u8, N, OVK_BACKENDS_NONE)                                              \
+  X(355, ScaleUpBy2Gaussian5x5u8, V, OVK_BACKENDS_NONE)                                              \
   X(356, ScaleUpPolyInterleaveu8, N, OVK_BACKENDS_NONE)                                              \
   X(357, ScaleUpPolyu8, N, OVK_BACKENDS_NONE)                                                        \
   X(358, Scaleu8, N, OVK_BACKENDS_NONE)
@@ -162,8 +162,8 @@
 // may also be an exported one, with the same kernels.
 #define OVK_INTERNAL_GROUPS(X)                                  \
   X(3, ImageGradientScharrInterleaveds16, V, OVK_BACKENDS_NONE) \
-  X(5, ScaleDownBy2Gaussian5x5f32, N, OVK_BACKENDS_NONE)        \
-  X(6, ScaleDownBy2Gaussian5x5f32_v2, N, OVK_BACKENDS_NONE)
+  X(5, ScaleDownBy2Gaussian5x5f32, V, OVK_BACKENDS_NONE)        \
+  X(6, ScaleDownBy2Gaussian5x5f32_v2, V, OVK_BACKENDS_NONE)
 
 // OVK_ENTRIES(X): X(Name, SelectorGroup, Group, remote)
 //   Name           exported as ovk<Name>, with the pointers ovk<Name>_ and

@@ -9,6 +9,7 @@
 #include <hwy/foreach_target.h>  // IWYU pragma: keep
 #include <hwy/highway.h>
 
+#include "cpu/orvikGradient.h"
 #include "cpu/orvikScale.h"
 #include "pelar/orvikPelar.h"
 
@@ -391,6 +392,7 @@ void Gaussian5DownInnerF(const uint8_t* const* rows, uint32_t rowWeight, uint8_t
   while (!rows[bottom]) --bottom;
   const VF four = hn::Set(df, 4.0f), six = hn::Set(df, 6.0f);
   const VF factor = hn::Set(df, ovkGaussianFloatFactor(rowWeight * 16));
+  const VF nan = hn::Set(df, ovkCanonicalNaN());  // every NaN leaves as the one quiet NaN
   HWY_ALIGN float even[kStripOutputs + 2], odd[kStripOutputs + 2];
   ForEachStrip(count, [&](size_t begin, size_t length) {
     const size_t x0 = first + begin;
@@ -412,7 +414,8 @@ void Gaussian5DownInnerF(const uint8_t* const* rows, uint32_t rowWeight, uint8_t
       sum = hn::Add(sum, hn::Mul(six, hn::LoadU(df, even + i + 1)));
       sum = hn::Add(sum, hn::Mul(four, hn::LoadU(df, odd + i + 1)));
       sum = hn::Add(sum, hn::LoadU(df, even + i + 2));
-      hn::StoreU(hn::Mul(sum, factor), df, reinterpret_cast<float*>(out) + x0 + i);
+      const VF scaled = hn::Mul(sum, factor);
+      hn::StoreU(hn::IfThenElse(hn::IsNaN(scaled), nan, scaled), df, reinterpret_cast<float*>(out) + x0 + i);
     });
   });
 }
