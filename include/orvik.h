@@ -732,7 +732,8 @@ OVK_API void ovkScaleDownBy2Gaussian5x5u8_v2(const uint8_t* src, uint32_t srcWid
  * The same kernel on 32-bit floats (even sizes; strides in bytes, zero
  * meaning packed in _v2).  Per output: the kept taps of each of the five
  * columns summed top to bottom (s0 + 4 s1 + 6 s2 + 4 s3 + s4), those column
- * sums left to right the same way, times (float)(1 / W).
+ * sums left to right the same way, times (float)(1 / W).  Every NaN result
+ * is stored as the quiet NaN 0x7FC00000.
  */
 OVK_API void ovkScaleDownBy2Gaussian5x5f32(const float* srcImg, uint32_t width, uint32_t height, float* dst);
 OVK_API void ovkScaleDownBy2Gaussian5x5f32_v2(const float* src, uint32_t srcWidth, uint32_t srcHeight,

@@ -425,7 +425,21 @@ TEST_F(Scale, GaussianDownOnFloats) {
       const float want = total * float(1.0 / double(rows * columns));
       ASSERT_EQ(dst[y * stride + x], want) << x << "," << y;
     }
-  ovkScaleDownBy2Gaussian5x5f32(src.data(), w, h, packed.data());  // packed reads other pixels: only run it
+  // Whatever NaN goes in (here a negative signalling one), the one quiet NaN comes out.
+  const uint32_t signalling = 0xFF800123u;
+  std::vector<float> packedSrc(w * h, 1.0f);
+  memcpy(&packedSrc[2 * w + 4], &signalling, 4);
+  ovkScaleDownBy2Gaussian5x5f32(packedSrc.data(), w, h, packed.data());
+  for (uint32_t y = 0; y < h / 2; ++y)
+    for (uint32_t x = 0; x < w / 2; ++x) {
+      uint32_t bits;
+      memcpy(&bits, &packed[y * (w / 2) + x], 4);
+      const bool reached = abs(int(2 * x) - 4) <= 2 && abs(int(2 * y) - 2) <= 2;
+      if (reached)
+        EXPECT_EQ(bits, 0x7FC00000u) << x << "," << y;
+      else
+        EXPECT_NEAR(packed[y * (w / 2) + x], 1.0f, 1e-6f) << x << "," << y;
+    }
   LogCapture log;
   ovkScaleDownBy2Gaussian5x5f32(src.data(), w, h, nullptr);
   EXPECT_EQ(log.messages(), std::vector<std::string>{"Assertion failed @ovkScaleDownBy2Gaussian5x5f32: dst\n"});

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "orvikGradient.h"
 #include "orvikInternal.h"
 #include "orvikScale.h"
 
@@ -82,11 +83,14 @@ uint8_t ovkGaussianDown5Finish(const uint16_t* centreSum, ovkGaussTaps columns, 
   return uint8_t(int32_t(floor(0.5 + double(sum) * ovkGaussianBorderFactor(weight))));
 }
 
+// Which NaN an operation on NaNs returns depends on the processor and on
+// the compiler's operand order, so every NaN result is the one quiet NaN.
 float ovkGaussianDown5FinishF(const float* centreSum, ovkGaussTaps columns, uint32_t rowWeight) {
   static const float kWeights[5] = {1.0f, 4.0f, 6.0f, 4.0f, 1.0f};
   float sum = kWeights[columns.first + 2] * centreSum[columns.first];
   for (int32_t i = columns.first + 1; i <= columns.last; ++i) sum = sum + kWeights[i + 2] * centreSum[i];
-  return sum * ovkGaussianFloatFactor(rowWeight * columns.weight);
+  const float scaled = sum * ovkGaussianFloatFactor(rowWeight * columns.weight);
+  return scaled != scaled ? ovkCanonicalNaN() : scaled;
 }
 
 uint32_t ovkGaussianDown5Rows(const uint8_t* src, uint32_t height, uint32_t stride, uint32_t y,
