@@ -89,6 +89,7 @@ std::vector<KernelPair> kernelPairs() {
       OVK_PAIR(ScaleUpBy2Gaussian5x5u8, 1, 1, fixedRatio(1, 2, 1)),
       OVK_PAIR(ScaleDownBy2Gaussian5x5f32, 4, 4, fixedRatio(2, 1, 2)),
       OVK_PAIR(ScaleDownBy2Gaussian5x5f32_v2, 4, 4, fixedRatio(2, 1, 2)),
+      OVK_PAIR(ScaleDown3To2u8, 1, 1, fixedRatio(1, 2, 3)),
   };
 }
 
@@ -181,6 +182,40 @@ TEST(ScaleVectors, MatchPortableOnEveryTarget) {
 #if defined(__ARM_NEON)
   EXPECT_NE(std::find(targets.begin(), targets.end(), "NEON"), targets.end());
 #endif
+}
+
+// The M-by-N row core on column sums of blocks up to 19 x 19 pixels: rows
+// of equal counts (the vector path for 1 to 3), enlarging rows with empty
+// blocks, and mixed counts, every destination width up to 70 and a few long
+// rows, on guard-page buffers.
+TEST(ScaleVectors, MNRowCoreMatchesPortableOnEveryTarget) {
+  std::mt19937 rng(23);
+  forEachVectorTarget([&](const std::string& target) {
+    const ovkScaleDownMNRowFn vector = ovkVectorScaleDownMNu8Core_();
+    for (const uint32_t width : testWidths()) {
+      for (uint32_t pattern = 0; pattern < 6; ++pattern) {
+        const uint32_t rowCount = 1 + rng() % 19;
+        std::vector<uint8_t> counts(width);
+        for (uint32_t x = 0; x < width; ++x) {
+          if (pattern < 4) counts[x] = uint8_t(pattern + 1);  // 1, 2, 3 and 4 columns everywhere
+          if (pattern == 4) counts[x] = uint8_t(x == 0 || rng() % 3 ? 1 : 0);  // enlarging
+          if (pattern == 5) counts[x] = uint8_t(1 + rng() % 19);
+        }
+        size_t columns = 0;
+        for (const uint8_t count : counts) columns += count;
+        GuardedBuffer sums(columns * 2), countBuffer(width), vectorOut(width), portableOut(width);
+        uint16_t* columnSums = reinterpret_cast<uint16_t*>(sums.data());
+        for (size_t i = 0; i < columns; ++i) columnSums[i] = uint16_t(rng() % (rowCount * 255 + 1));
+        memcpy(countBuffer.data(), counts.data(), width);
+        memset(vectorOut.data(), 0x5C, width);
+        memset(portableOut.data(), 0x5C, width);
+        vector(columnSums, countBuffer.data(), rowCount, vectorOut.data(), width);
+        ScaleDownMNu8CoreC(columnSums, countBuffer.data(), rowCount, portableOut.data(), width);
+        ASSERT_EQ(memcmp(vectorOut.data(), portableOut.data(), width), 0)
+            << target << " width " << width << " pattern " << pattern << " rows " << rowCount;
+      }
+    }
+  });
 }
 
 }  // namespace

@@ -22,7 +22,7 @@
 
 // Scaling.  The by-2 and by-4 box reductions have DSP forms.
 #define OVK_SCALE_GROUPS(X)                                                                         \
-  X(343, ScaleDown3To2u8, N, OVK_BACKENDS_NONE)                                                      \
+  X(343, ScaleDown3To2u8, V, OVK_BACKENDS_NONE)                                                      \
   X(344, ScaleDownBLu8, N, OVK_BACKENDS_NONE)                                                        \
   X(345, ScaleDownBy2Gaussian3x3u8, V, OVK_BACKENDS_NONE)                                            \
   X(346, ScaleDownBy2Gaussian5x5f32, V, OVK_BACKENDS_NONE)                                           \
@@ -283,7 +283,7 @@
 // type Fn, is stem_; its portable routine is stemC and, with vector V, its
 // vector routine ovkVector<stem_>() (a name cannot lose its trailing
 // underscore by pasting, so the stem is what is listed).
-#define OVK_INNER_KERNELS(X) OVK_RGB_TO_YCBCR_ROW_KERNELS(X) X(ScaleDownMNu8Core, ovkScaleDownMNRowFn, N)
+#define OVK_INNER_KERNELS(X) OVK_RGB_TO_YCBCR_ROW_KERNELS(X) X(ScaleDownMNu8Core, ovkScaleDownMNRowFn, V)
 
 #define OVK_RGB_TO_YCBCR_ROW_KERNELS(X) \
   X(rgb5652yuvp, ovkRgbToYCbCrPlanarRowFn, V) \

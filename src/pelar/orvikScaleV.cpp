@@ -61,6 +61,12 @@ HWY_INLINE void StoreNarrow(V16 v, uint8_t* out) {
   hn::StoreU(hn::DemoteTo(d8, hn::BitCast(hn::RebindToSigned<D16>(), v)), d8, out);
 }
 
+// Two outputs per lane, each at most 255, the first in the low byte.
+HWY_INLINE void StorePairs(V16 first, V16 second, uint8_t* out) {
+  const D8 d8;
+  hn::StoreU(hn::BitCast(d8, hn::Or(first, hn::ShiftLeft<8>(second))), d8, out);
+}
+
 #endif  // HWY_TARGET != HWY_SCALAR
 
 // ---- Box reductions by 2 and 4 ----------------------------------------------------------
@@ -314,7 +320,7 @@ void GaussianUpRows(const uint8_t* above, const uint8_t* centre, const uint8_t* 
     const V16 sixM = hn::Add(hn::ShiftLeft<2>(m), hn::ShiftLeft<1>(m));
     const V16 even = hn::ShiftRight<6>(hn::Add(hn::Add(hn::Add(l, r), sixM), half));
     const V16 odd = hn::ShiftRight<6>(hn::Add(hn::ShiftLeft<2>(hn::Add(m, r)), half));
-    hn::StoreU(hn::BitCast(d8, hn::Or(even, hn::ShiftLeft<8>(odd))), d8, out + 2 * i);
+    StorePairs(even, odd, out + 2 * i);
   };
   ForEachStrip(width, [&](size_t begin, size_t length) {
     const size_t kFirst = begin == 0 ? 1 : 0, kEnd = begin + length == width ? length + 1 : length + 2;
@@ -454,6 +460,113 @@ void ScaleDownBy2Gaussian5x5f32_v2(const float* src, uint32_t srcWidth, uint32_t
   ScaleDownBy2Gaussian5x5f32(src, srcWidth, srcHeight, srcStride, dst, dstStride);
 }
 
+// ---- 3 to 2 ---------------------------------------------------------------------------------
+
+// Each lane is one 3x3 block, its columns split by a three-way deinterleave;
+// corner weights 9 3 3 1 reach 16 x 255.  Fewer blocks than a vector holds,
+// the portable kernel.
+int32_t ScaleDown3To2u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                        uint8_t* dst, uint32_t dstStride) {
+#if HWY_TARGET == HWY_SCALAR
+  return ovkScaleDown3To2u8C(src, srcWidth, srcHeight, srcStride, dst, dstStride);
+#else
+  const D16 d16;
+  const hn::Rebind<uint8_t, D16> d8h;
+  const size_t lanes = hn::Lanes(d16), blocks = srcWidth / 3;
+  if (srcWidth < 3 || srcHeight < 3 || blocks < lanes)
+    return ovkScaleDown3To2u8C(src, srcWidth, srcHeight, srcStride, dst, dstStride);
+  for (uint32_t by = 0; by + 2 < srcHeight; by += 3) {
+    const uint8_t* r0 = src + size_t(by) * srcStride;
+    const uint8_t* r1 = r0 + srcStride;
+    const uint8_t* r2 = r1 + srcStride;
+    uint8_t* top = dst + size_t(by / 3 * 2) * dstStride;
+    uint8_t* bottom = top + dstStride;
+    ForEachVector(blocks, lanes, [&](size_t i) {
+      hn::Vec<decltype(d8h)> bytes[3][3];
+      hn::LoadInterleaved3(d8h, r0 + 3 * i, bytes[0][0], bytes[0][1], bytes[0][2]);
+      hn::LoadInterleaved3(d8h, r1 + 3 * i, bytes[1][0], bytes[1][1], bytes[1][2]);
+      hn::LoadInterleaved3(d8h, r2 + 3 * i, bytes[2][0], bytes[2][1], bytes[2][2]);
+      V16 p[3][3];
+      for (int j = 0; j < 3; ++j)
+        for (int k = 0; k < 3; ++k) p[j][k] = hn::PromoteTo(d16, bytes[j][k]);
+      const V16 centre = p[1][1];
+      // 9 corner + 3 (edge beside it + edge above or below it) + centre.
+      const auto corner = [&](V16 c, V16 e1, V16 e2) {
+        const V16 edges = hn::Add(e1, e2);
+        const V16 sum = hn::Add(hn::Add(hn::ShiftLeft<3>(c), c), hn::Add(hn::ShiftLeft<1>(edges), edges));
+        return hn::ShiftRight<4>(hn::Add(sum, centre));
+      };
+      StorePairs(corner(p[0][0], p[0][1], p[1][0]), corner(p[0][2], p[0][1], p[1][2]), top + 2 * i);
+      StorePairs(corner(p[2][0], p[2][1], p[1][0]), corner(p[2][2], p[2][1], p[1][2]), bottom + 2 * i);
+    });
+  }
+  return 0;
+#endif
+}
+
+// ---- M-by-N row core -------------------------------------------------------------------------
+
+#if HWY_TARGET != HWY_SCALAR
+
+// The high halves of the 64-bit products of 32-bit lanes with `factor`.
+HWY_INLINE V32 MulHigh32(V32 v, V32 factor) {
+  const D32 d32;
+  const hn::Repartition<uint64_t, D32> d64;
+  const V32 evens = hn::BitCast(d32, hn::MulEven(v, factor));
+  const V32 odds = hn::BitCast(d32, hn::MulEven(hn::BitCast(d32, hn::ShiftRight<32>(hn::BitCast(d64, v))), factor));
+  return hn::OddEven(odds, hn::BitCast(d32, hn::ShiftRight<32>(hn::BitCast(d64, evens))));
+}
+
+// Rows whose blocks all have `kCount` columns: lane x adds sums
+// [kCount x, kCount x + kCount), at most 3 x 20 x 255.
+template <int kCount>
+void MNCoreUniform(const uint16_t* columnSums, uint32_t rowCount, uint8_t* dst, uint32_t dstWidth) {
+  const D32 d32;
+  const hn::Rebind<uint16_t, D32> d16h;
+  const hn::Rebind<uint8_t, D32> d8q;
+  const V32 divisor = hn::Set(d32, mn_div_table[rowCount * kCount]);
+  ForEachVector(dstWidth, hn::Lanes(d32), [&](size_t x) {
+    const uint16_t* sums = columnSums + kCount * x;
+    V32 sum;
+    if constexpr (kCount == 1) {
+      sum = hn::PromoteTo(d32, hn::LoadU(d16h, sums));
+    } else if constexpr (kCount == 2) {
+      const V32 pairs = hn::BitCast(d32, hn::LoadU(hn::Repartition<uint16_t, D32>(), sums));
+      sum = hn::Add(hn::And(pairs, hn::Set(d32, 0xFFFF)), hn::ShiftRight<16>(pairs));
+    } else {
+      hn::Vec<decltype(d16h)> a, b, c;
+      hn::LoadInterleaved3(d16h, sums, a, b, c);
+      sum = hn::PromoteTo(d32, hn::Add(hn::Add(a, b), c));
+    }
+    const V32 mean = MulHigh32(sum, divisor);
+    hn::StoreU(hn::DemoteTo(d8q, hn::BitCast(hn::RebindToSigned<D32>(), mean)), d8q, dst + x);
+  });
+}
+
+#endif  // HWY_TARGET != HWY_SCALAR
+
+// Rows whose blocks are all 1, 2 or 3 columns wide run in vectors; any other
+// mix of counts, per column as the portable core.
+void ScaleDownMNu8Core(const uint16_t* columnSums, const uint8_t* columnCounts, uint32_t rowCount, uint8_t* dst,
+                       uint32_t dstWidth) {
+#if HWY_TARGET != HWY_SCALAR
+  if (dstWidth >= hn::Lanes(D32())) {
+    const uint8_t count = columnCounts[0];
+    uint32_t x = 1;
+    while (x < dstWidth && columnCounts[x] == count) ++x;
+    if (x == dstWidth) {
+      switch (count) {
+        case 1: return MNCoreUniform<1>(columnSums, rowCount, dst, dstWidth);
+        case 2: return MNCoreUniform<2>(columnSums, rowCount, dst, dstWidth);
+        case 3: return MNCoreUniform<3>(columnSums, rowCount, dst, dstWidth);
+        default: break;
+      }
+    }
+  }
+#endif
+  ScaleDownMNu8CoreC(columnSums, columnCounts, rowCount, dst, dstWidth);
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace ovk
 HWY_AFTER_NAMESPACE();
@@ -466,4 +579,6 @@ OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian3x3u8)
 OVK_VECTOR_KERNEL(ScaleUpBy2Gaussian5x5u8)
 OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5f32)
 OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5f32_v2)
+OVK_VECTOR_KERNEL(ScaleDown3To2u8)
+OVK_VECTOR_DISPATCH(ovkScaleDownMNRowFn, ovkVectorScaleDownMNu8Core_, ScaleDownMNu8Core)
 #endif
