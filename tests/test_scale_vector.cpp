@@ -69,6 +69,23 @@ Shapes fixedRatio(uint32_t multiple, uint32_t numerator, uint32_t denominator, u
   };
 }
 
+// Entries given any destination size: reductions by assorted ratios up to
+// 19, equal sizes and, unless `reductionOnly`, enlargements.
+Shapes freeSize(bool reductionOnly) {
+  return [=](uint32_t w, uint32_t h) {
+    const auto sizes = [&](uint32_t n) {
+      std::vector<uint32_t> out = {n, n * 2 / 3, n / 2, n / 3, n * 3 / 7, n / 19 + 1};
+      if (!reductionOnly) out.push_back(n + 5);
+      out.erase(std::remove(out.begin(), out.end(), 0u), out.end());
+      return out;
+    };
+    const std::vector<uint32_t> widths = sizes(w), heights = sizes(h);
+    std::vector<Shape> shapes;
+    for (size_t i = 0; i < widths.size(); ++i) shapes.push_back({w, h, widths[i], heights[(i * 5) % heights.size()]});
+    return shapes;
+  };
+}
+
 struct KernelPair {
   std::string name;
   uint32_t srcPixelBytes, dstPixelBytes;
@@ -90,6 +107,7 @@ std::vector<KernelPair> kernelPairs() {
       OVK_PAIR(ScaleDownBy2Gaussian5x5f32, 4, 4, fixedRatio(2, 1, 2)),
       OVK_PAIR(ScaleDownBy2Gaussian5x5f32_v2, 4, 4, fixedRatio(2, 1, 2)),
       OVK_PAIR(ScaleDown3To2u8, 1, 1, fixedRatio(1, 2, 3)),
+      OVK_PAIR(ScaleDownBLu8, 1, 1, freeSize(false)),
   };
 }
 

@@ -23,7 +23,7 @@
 // Scaling.  The by-2 and by-4 box reductions have DSP forms.
 #define OVK_SCALE_GROUPS(X)                                                                         \
   X(343, ScaleDown3To2u8, V, OVK_BACKENDS_NONE)                                                      \
-  X(344, ScaleDownBLu8, N, OVK_BACKENDS_NONE)                                                        \
+  X(344, ScaleDownBLu8, V, OVK_BACKENDS_NONE)                                                        \
   X(345, ScaleDownBy2Gaussian3x3u8, V, OVK_BACKENDS_NONE)                                            \
   X(346, ScaleDownBy2Gaussian5x5f32, V, OVK_BACKENDS_NONE)                                           \
   X(347, ScaleDownBy2Gaussian5x5f32_v2, V, OVK_BACKENDS_NONE)                                        \

@@ -77,4 +77,21 @@ struct ovkBilinearTap {
 };
 void ovkBilinearTaps(uint32_t srcSize, uint32_t dstSize, ovkBilinearTap* taps);
 
+// Row operations of the bilinear reduction; the outer loop, its scratch and
+// its fatal failure are shared.
+struct ovkBilinearRowOps {
+  // out[x] = w0 in[index] + w1 in[min(index + 1, srcWidth - 1)] with taps[x]
+  void (*interpolateRow)(const uint8_t* in, const ovkBilinearTap* taps, uint32_t srcWidth, uint32_t* out,
+                         uint32_t count);
+  // out[x] = (w0 upper[x] + w1 lower[x] + 2^21) >> 22, truncated to a byte
+  void (*combineRows)(const uint32_t* upper, const uint32_t* lower, uint32_t w0, uint32_t w1, uint8_t* out,
+                      uint32_t count);
+};
+
+extern const ovkBilinearRowOps ovkBilinearRowOpsC;
+
+void ovkScaleDownBilinear(const ovkBilinearRowOps& ops, const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                          uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight,
+                          uint32_t dstStride);
+
 #endif

@@ -256,12 +256,6 @@ namespace {
 
 // Scratch of the bilinear reduction: two Q11 rows, then the column and row
 // tables.  The size requested is the one the entry has always asked for.
-struct BilinearScratch {
-  uint32_t* rows[2];
-  ovkBilinearTap* columnTaps;
-  ovkBilinearTap* rowTaps;
-};
-
 uint64_t bilinearScratchBytes(uint32_t dstWidth, uint32_t dstHeight) {
   return ((uint64_t(dstWidth) * 8 + 120) & ~uint64_t(127)) + (uint64_t(dstHeight) + dstWidth) * 12;
 }
@@ -274,10 +268,18 @@ void interpolateRow(const uint8_t* in, const ovkBilinearTap* taps, uint32_t srcW
   }
 }
 
+void combineRows(const uint32_t* upper, const uint32_t* lower, uint32_t w0, uint32_t w1, uint8_t* out,
+                 uint32_t count) {
+  for (uint32_t x = 0; x < count; ++x) out[x] = uint8_t((w0 * upper[x] + w1 * lower[x] + 0x200000u) >> 22);
+}
+
 }  // namespace
 
-void ovkScaleDownBLu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
-                       uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
+const ovkBilinearRowOps ovkBilinearRowOpsC = {interpolateRow, combineRows};
+
+void ovkScaleDownBilinear(const ovkBilinearRowOps& ops, const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                          uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight,
+                          uint32_t dstStride) {
   const uint64_t bytes = bilinearScratchBytes(dstWidth, dstHeight);
   void* block = bytes <= UINT32_MAX ? ovkGetScratchBufferAligned_(uint32_t(bytes), 16) : nullptr;
   if (!block) ovkFatal("src/cpu/orvikScaleC", __LINE__, "buffer");
@@ -296,19 +298,22 @@ void ovkScaleDownBLu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight
         std::swap(rows[0], rows[1]);
         std::swap(held[0], held[1]);
       } else {
-        interpolateRow(src + size_t(top) * srcStride, columnTaps, srcWidth, rows[0], dstWidth);
+        ops.interpolateRow(src + size_t(top) * srcStride, columnTaps, srcWidth, rows[0], dstWidth);
         held[0] = top;
       }
     }
     if (held[1] != below) {
-      interpolateRow(src + size_t(below) * srcStride, columnTaps, srcWidth, rows[1], dstWidth);
+      ops.interpolateRow(src + size_t(below) * srcStride, columnTaps, srcWidth, rows[1], dstWidth);
       held[1] = below;
     }
-    uint8_t* out = dst + size_t(y) * dstStride;
-    for (uint32_t x = 0; x < dstWidth; ++x)
-      out[x] = uint8_t((rowTaps[y].w0 * rows[0][x] + rowTaps[y].w1 * rows[1][x] + 0x200000u) >> 22);
+    ops.combineRows(rows[0], rows[1], rowTaps[y].w0, rowTaps[y].w1, dst + size_t(y) * dstStride, dstWidth);
   }
   ovkReleaseScratchBuffer_(block);
+}
+
+void ovkScaleDownBLu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                       uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
+  ovkScaleDownBilinear(ovkBilinearRowOpsC, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
 }
 
 // ---- M-by-N area reduction -------------------------------------------------------------

@@ -309,7 +309,6 @@ void ScaleDownBy2Gaussian3x3u8(const uint8_t* src, uint32_t srcWidth, uint32_t s
 // 8 x 2040 + 32; each pair leaves as one 16-bit lane, even byte first.
 void GaussianUpRows(const uint8_t* above, const uint8_t* centre, const uint8_t* below, uint32_t width,
                     uint8_t* evenOut, uint8_t* oddOut) {
-  const D8 d8;
   const D16 d16;
   const hn::Rebind<uint8_t, D16> d8h;
   const size_t lanes = hn::Lanes(d16);
@@ -567,6 +566,75 @@ void ScaleDownMNu8Core(const uint16_t* columnSums, const uint8_t* columnCounts, 
   ScaleDownMNu8CoreC(columnSums, columnCounts, rowCount, dst, dstWidth);
 }
 
+// ---- Bilinear reduction ------------------------------------------------------------------
+
+#if HWY_TARGET != HWY_SCALAR
+
+using V32Block = hn::Vec<hn::Full128<uint32_t>>;
+
+// Four taps per step in 128-bit vectors: sixteen source bytes from the first
+// tap's index, and a byte shuffle that puts in[index] and in[index + 1] into
+// the two low bytes of each tap's lane.  Indices never decrease along the
+// row, so a step fits the window while its last index is at most 14 past its
+// first (reductions by up to about 4.5); a wider step, and the taps whose
+// window would pass the end of the row, take the portable row.
+void BilinearInterpolateRow(const uint8_t* in, const ovkBilinearTap* taps, uint32_t srcWidth, uint32_t* out,
+                            uint32_t count) {
+  const hn::Full128<uint32_t> d32;
+  const hn::Full128<uint8_t> d8;
+  const V32Block lowByte = hn::Set(d32, 0xFF), byteOne = hn::Set(d32, 0x100), unused = hn::Set(d32, 0x80800000u);
+  const uint32_t* tapWords = &taps[0].index;
+  uint32_t x = 0;
+  for (; x + 4 <= count && size_t(taps[x + 3].index) + 2 <= srcWidth && taps[x].index + 16 <= srcWidth; x += 4) {
+    const uint32_t first = taps[x].index;
+    if (taps[x + 3].index - first > 14) {
+      ovkBilinearRowOpsC.interpolateRow(in, taps + x, srcWidth, out + x, 4);
+      continue;
+    }
+    V32Block index, w0, w1;
+    hn::LoadInterleaved3(d32, tapWords + 3 * x, index, w0, w1);
+    const V32Block offset = hn::Sub(index, hn::Set(d32, first));
+    // Byte 0 picks offset, byte 1 offset + 1, bytes 2 and 3 read zero.
+    const V32Block shuffle = hn::Or(hn::Add(hn::Or(offset, hn::ShiftLeft<8>(offset)), byteOne), unused);
+    const V32Block pair =
+        hn::BitCast(d32, hn::TableLookupBytesOr0(hn::LoadU(d8, in + first), hn::BitCast(d8, shuffle)));
+    const V32Block value = hn::Add(hn::Mul(w0, hn::And(pair, lowByte)), hn::Mul(w1, hn::ShiftRight<8>(pair)));
+    hn::StoreU(value, d32, out + x);
+  }
+  ovkBilinearRowOpsC.interpolateRow(in, taps + x, srcWidth, out + x, count - x);
+}
+
+// 32-bit products as in the portable code (at most 2049 x 2049 x 255 + 2^21),
+// the byte below bit 22 kept as its cast keeps it.
+void BilinearCombineRows(const uint32_t* upper, const uint32_t* lower, uint32_t w0, uint32_t w1, uint8_t* out,
+                         uint32_t count) {
+  const D32 d32;
+  const hn::Rebind<uint8_t, D32> d8q;
+  const size_t lanes = hn::Lanes(d32);
+  if (count < lanes) return ovkBilinearRowOpsC.combineRows(upper, lower, w0, w1, out, count);
+  const V32 top = hn::Set(d32, w0), bottom = hn::Set(d32, w1), half = hn::Set(d32, 0x200000u);
+  const V32 lowByte = hn::Set(d32, 0xFF);
+  ForEachVector(count, lanes, [&](size_t x) {
+    const V32 sum = hn::Add(hn::Add(hn::Mul(top, hn::LoadU(d32, upper + x)), hn::Mul(bottom, hn::LoadU(d32, lower + x))),
+                            half);
+    const V32 value = hn::And(hn::ShiftRight<22>(sum), lowByte);
+    hn::StoreU(hn::DemoteTo(d8q, hn::BitCast(hn::RebindToSigned<D32>(), value)), d8q, out + x);
+  });
+}
+
+const ovkBilinearRowOps kBilinearRowOps = {BilinearInterpolateRow, BilinearCombineRows};
+
+#endif  // HWY_TARGET != HWY_SCALAR
+
+void ScaleDownBLu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                   uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
+#if HWY_TARGET == HWY_SCALAR
+  ovkScaleDownBLu8C(src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
+#else
+  ovkScaleDownBilinear(kBilinearRowOps, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
+#endif
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace ovk
 HWY_AFTER_NAMESPACE();
@@ -580,5 +648,6 @@ OVK_VECTOR_KERNEL(ScaleUpBy2Gaussian5x5u8)
 OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5f32)
 OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5f32_v2)
 OVK_VECTOR_KERNEL(ScaleDown3To2u8)
+OVK_VECTOR_KERNEL(ScaleDownBLu8)
 OVK_VECTOR_DISPATCH(ovkScaleDownMNRowFn, ovkVectorScaleDownMNu8Core_, ScaleDownMNu8Core)
 #endif
