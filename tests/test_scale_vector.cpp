@@ -86,6 +86,17 @@ Shapes freeSize(bool reductionOnly) {
   };
 }
 
+// The integer-factor box: every destination size that divides the source.
+std::vector<Shape> wholeFactors(uint32_t w, uint32_t h) {
+  std::vector<Shape> shapes;
+  for (uint32_t fx = 1; fx <= std::min(w, 6u); ++fx)
+    for (const uint32_t fy : {1u, 2u, 3u, 5u, h}) {
+      if (w % fx || h % fy || fy > h) continue;
+      shapes.push_back({w, h, w / fx, h / fy});
+    }
+  return shapes;
+}
+
 struct KernelPair {
   std::string name;
   uint32_t srcPixelBytes, dstPixelBytes;
@@ -108,6 +119,7 @@ std::vector<KernelPair> kernelPairs() {
       OVK_PAIR(ScaleDownBy2Gaussian5x5f32_v2, 4, 4, fixedRatio(2, 1, 2)),
       OVK_PAIR(ScaleDown3To2u8, 1, 1, fixedRatio(1, 2, 3)),
       OVK_PAIR(ScaleDownBLu8, 1, 1, freeSize(false)),
+      OVK_PAIR(ScaleDownu8, 1, 1, wholeFactors),
   };
 }
 

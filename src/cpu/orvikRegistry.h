@@ -33,7 +33,7 @@
   X(351, ScaleDownMNInterleaveu8, N, OVK_BACKENDS_NONE)                                              \
   X(352, ScaleDownMNu8, N, OVK_BACKENDS_NONE)                                                        \
   X(353, ScaleDownNNu8, N, OVK_BACKENDS_NONE)                                                        \
-  X(354, ScaleDownu8, N, OVK_BACKENDS_NONE)                                                          \
+  X(354, ScaleDownu8, V, OVK_BACKENDS_NONE)                                                          \
   X(355, ScaleUpBy2Gaussian5x5u8, V, OVK_BACKENDS_NONE)                                              \
   X(356, ScaleUpPolyInterleaveu8, N, OVK_BACKENDS_NONE)                                              \
   X(357, ScaleUpPolyu8, N, OVK_BACKENDS_NONE)                                                        \

@@ -516,26 +516,35 @@ HWY_INLINE V32 MulHigh32(V32 v, V32 factor) {
   return hn::OddEven(odds, hn::BitCast(d32, hn::ShiftRight<32>(hn::BitCast(d64, evens))));
 }
 
-// Rows whose blocks all have `kCount` columns: lane x adds sums
-// [kCount x, kCount x + kCount), at most 3 x 20 x 255.
+// Block means of a row whose blocks all have `kCount` columns: lane x adds
+// column sums [kCount x, kCount x + kCount) and multiplies the total by
+// `reciprocal` (ceil(2^32 / block pixels)), keeping the high half.
 template <int kCount>
-void MNCoreUniform(const uint16_t* columnSums, uint32_t rowCount, uint8_t* dst, uint32_t dstWidth) {
+void UniformBlockMeans(const uint16_t* columnSums, uint32_t reciprocal, uint8_t* dst, size_t dstWidth) {
   const D32 d32;
+  const hn::Repartition<uint16_t, D32> d16;
   const hn::Rebind<uint16_t, D32> d16h;
   const hn::Rebind<uint8_t, D32> d8q;
-  const V32 divisor = hn::Set(d32, mn_div_table[rowCount * kCount]);
-  ForEachVector(dstWidth, hn::Lanes(d32), [&](size_t x) {
+  const size_t lanes = hn::Lanes(d32);
+  const V32 divisor = hn::Set(d32, reciprocal);
+  const auto pairSums = [&](const uint16_t* sums) {
+    const V32 pairs = hn::BitCast(d32, hn::LoadU(d16, sums));
+    return hn::Add(hn::And(pairs, hn::Set(d32, 0xFFFF)), hn::ShiftRight<16>(pairs));
+  };
+  ForEachVector(dstWidth, lanes, [&](size_t x) {
     const uint16_t* sums = columnSums + kCount * x;
     V32 sum;
     if constexpr (kCount == 1) {
       sum = hn::PromoteTo(d32, hn::LoadU(d16h, sums));
     } else if constexpr (kCount == 2) {
-      const V32 pairs = hn::BitCast(d32, hn::LoadU(hn::Repartition<uint16_t, D32>(), sums));
-      sum = hn::Add(hn::And(pairs, hn::Set(d32, 0xFFFF)), hn::ShiftRight<16>(pairs));
-    } else {
+      sum = pairSums(sums);
+    } else if constexpr (kCount == 3) {
       hn::Vec<decltype(d16h)> a, b, c;
       hn::LoadInterleaved3(d16h, sums, a, b, c);
-      sum = hn::PromoteTo(d32, hn::Add(hn::Add(a, b), c));
+      sum = hn::Add(hn::PromoteTo(d32, hn::Add(a, b)), hn::PromoteTo(d32, c));
+    } else {
+      const V32 lo = pairSums(sums), hi = pairSums(sums + 2 * lanes);
+      sum = hn::Add(hn::ConcatEven(d32, hi, lo), hn::ConcatOdd(d32, hi, lo));
     }
     const V32 mean = MulHigh32(sum, divisor);
     hn::StoreU(hn::DemoteTo(d8q, hn::BitCast(hn::RebindToSigned<D32>(), mean)), d8q, dst + x);
@@ -544,7 +553,7 @@ void MNCoreUniform(const uint16_t* columnSums, uint32_t rowCount, uint8_t* dst, 
 
 #endif  // HWY_TARGET != HWY_SCALAR
 
-// Rows whose blocks are all 1, 2 or 3 columns wide run in vectors; any other
+// Rows whose blocks are all 1 to 4 columns wide run in vectors; any other
 // mix of counts, per column as the portable core.
 void ScaleDownMNu8Core(const uint16_t* columnSums, const uint8_t* columnCounts, uint32_t rowCount, uint8_t* dst,
                        uint32_t dstWidth) {
@@ -555,9 +564,10 @@ void ScaleDownMNu8Core(const uint16_t* columnSums, const uint8_t* columnCounts, 
     while (x < dstWidth && columnCounts[x] == count) ++x;
     if (x == dstWidth) {
       switch (count) {
-        case 1: return MNCoreUniform<1>(columnSums, rowCount, dst, dstWidth);
-        case 2: return MNCoreUniform<2>(columnSums, rowCount, dst, dstWidth);
-        case 3: return MNCoreUniform<3>(columnSums, rowCount, dst, dstWidth);
+        case 1: return UniformBlockMeans<1>(columnSums, mn_div_table[rowCount], dst, dstWidth);
+        case 2: return UniformBlockMeans<2>(columnSums, mn_div_table[rowCount * 2], dst, dstWidth);
+        case 3: return UniformBlockMeans<3>(columnSums, mn_div_table[rowCount * 3], dst, dstWidth);
+        case 4: return UniformBlockMeans<4>(columnSums, mn_div_table[rowCount * 4], dst, dstWidth);
         default: break;
       }
     }
@@ -635,6 +645,50 @@ void ScaleDownBLu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, ui
 #endif
 }
 
+// ---- Integer-factor box ---------------------------------------------------------------------
+
+// Blocks of 1 to 4 columns and up to 257 rows (16-bit column sums) of at
+// least two and at most 4104 pixels: for those, the high half of
+// sum x ceil(2^32 / area) is the truncated quotient, since
+// sum x (ceil(2^32 / area) area - 2^32) < 255 area^2 <= 2^32.  Other
+// factors, and rows narrower than a vector, the portable kernel.
+void ScaleDownu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                 uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
+  const uint32_t fx = srcWidth / dstWidth, fy = srcHeight / dstHeight;
+  const uint64_t area = uint64_t(fx) * fy;
+#if HWY_TARGET != HWY_SCALAR
+  const D16 d16;
+  const hn::Rebind<uint8_t, D16> d8h;
+  if (fx <= 4 && fy <= 257 && area >= 2 && area <= 4104 && dstWidth >= hn::Lanes(D32()) &&
+      dstWidth >= hn::Lanes(d16)) {
+    const uint32_t reciprocal = uint32_t(((uint64_t(1) << 32) + area - 1) / area);
+    HWY_ALIGN uint16_t sums[4 * kStripOutputs];
+    for (uint32_t y = 0; y < dstHeight; ++y) {
+      const uint8_t* block = src + size_t(y) * fy * srcStride;
+      uint8_t* out = dst + size_t(y) * dstStride;
+      ForEachStrip(dstWidth, [&](size_t begin, size_t length) {
+        const uint8_t* first = block + begin * fx;
+        ForEachVector(length * fx, hn::Lanes(d16), [&](size_t i) {
+          V16 sum = hn::PromoteTo(d16, hn::LoadU(d8h, first + i));
+          for (uint32_t j = 1; j < fy; ++j)
+            sum = hn::Add(sum, hn::PromoteTo(d16, hn::LoadU(d8h, first + size_t(j) * srcStride + i)));
+          hn::StoreU(sum, d16, sums + i);
+        });
+        switch (fx) {
+          case 1: return UniformBlockMeans<1>(sums, reciprocal, out + begin, length);
+          case 2: return UniformBlockMeans<2>(sums, reciprocal, out + begin, length);
+          case 3: return UniformBlockMeans<3>(sums, reciprocal, out + begin, length);
+          default: return UniformBlockMeans<4>(sums, reciprocal, out + begin, length);
+        }
+      });
+    }
+    return;
+  }
+#endif
+  (void)area;
+  ovkScaleDownu8C(src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace ovk
 HWY_AFTER_NAMESPACE();
@@ -649,5 +703,6 @@ OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5f32)
 OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5f32_v2)
 OVK_VECTOR_KERNEL(ScaleDown3To2u8)
 OVK_VECTOR_KERNEL(ScaleDownBLu8)
+OVK_VECTOR_KERNEL(ScaleDownu8)
 OVK_VECTOR_DISPATCH(ovkScaleDownMNRowFn, ovkVectorScaleDownMNu8Core_, ScaleDownMNu8Core)
 #endif
