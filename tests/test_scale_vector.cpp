@@ -120,6 +120,7 @@ std::vector<KernelPair> kernelPairs() {
       OVK_PAIR(ScaleDown3To2u8, 1, 1, fixedRatio(1, 2, 3)),
       OVK_PAIR(ScaleDownBLu8, 1, 1, freeSize(false)),
       OVK_PAIR(ScaleDownu8, 1, 1, wholeFactors),
+      OVK_PAIR(ScaleDownNNu8, 1, 1, freeSize(false)),
   };
 }
 

@@ -689,6 +689,66 @@ void ScaleDownu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint
   ovkScaleDownu8C(src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
 }
 
+// ---- Nearest neighbour -----------------------------------------------------------------------
+
+// The source columns of a strip are found once; groups of eight outputs whose
+// columns lie within sixteen bytes (reductions by up to about 2) are one byte
+// shuffle of a window per row, the byte offsets prepared with the columns.
+// A group that spreads wider, and a strip shorter than a group, copy byte by
+// byte.  Equal sizes and rows narrower than a group, the portable kernel.
+int32_t ScaleDownNNu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                      uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
+#if HWY_TARGET != HWY_SCALAR
+  constexpr size_t kGroup = 8;
+  ovkNearestAxis columns, rows;
+  if ((srcWidth != dstWidth || srcHeight != dstHeight) && dstWidth >= kGroup && srcWidth >= 16) {
+    if (!ovkNearestAxes(srcWidth, dstWidth, srcHeight, dstHeight, &columns, &rows)) return 1;
+    const hn::Full128<uint8_t> d8;
+    const hn::Full64<uint8_t> d8g;
+    constexpr size_t kMaxGroups = kStripOutputs / kGroup + 1;
+    uint32_t source[kStripOutputs];
+    uint32_t windowStart[kMaxGroups];
+    bool shuffled[kMaxGroups];
+    HWY_ALIGN uint8_t offsets[kMaxGroups * kGroup];
+    ForEachStrip(dstWidth, [&](size_t begin, size_t length) {
+      for (size_t k = 0; k < length; ++k) source[k] = ovkNearestSource(columns, uint32_t(begin + k), srcWidth);
+      // Groups at 0, 8, ... and one ending at the strip's end.
+      const size_t groups = length >= kGroup ? (length + kGroup - 1) / kGroup : 0;
+      const auto groupAt = [&](size_t g) { return HWY_MIN(g * kGroup, length - kGroup); };
+      for (size_t g = 0; g < groups; ++g) {
+        const uint32_t* group = source + groupAt(g);
+        // Wider sizes than 16 bits sample out of order, so both ends are looked for.
+        uint32_t lowest = group[0], highest = group[0];
+        for (size_t i = 1; i < kGroup; ++i) {
+          lowest = HWY_MIN(lowest, group[i]);
+          highest = HWY_MAX(highest, group[i]);
+        }
+        windowStart[g] = HWY_MIN(lowest, srcWidth - 16);
+        shuffled[g] = highest - windowStart[g] < 16;
+        for (size_t i = 0; i < kGroup; ++i) offsets[g * kGroup + i] = uint8_t(group[i] - windowStart[g]);
+      }
+      for (uint32_t y = 0; y < dstHeight; ++y) {
+        const uint8_t* in = src + size_t(ovkNearestSource(rows, y, srcHeight)) * srcStride;
+        uint8_t* out = dst + size_t(y) * dstStride + begin;
+        if (groups == 0)
+          for (size_t k = 0; k < length; ++k) out[k] = in[source[k]];
+        for (size_t g = 0; g < groups; ++g) {
+          const size_t at = groupAt(g);
+          if (shuffled[g]) {
+            const auto window = hn::LoadU(d8, in + windowStart[g]);
+            hn::StoreU(hn::TableLookupBytes(window, hn::Load(d8g, offsets + g * kGroup)), d8g, out + at);
+          } else {
+            for (size_t i = at; i < at + kGroup; ++i) out[i] = in[source[i]];
+          }
+        }
+      }
+    });
+    return 0;
+  }
+#endif
+  return ovkScaleDownNNu8C(src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace ovk
 HWY_AFTER_NAMESPACE();
@@ -704,5 +764,6 @@ OVK_VECTOR_KERNEL(ScaleDownBy2Gaussian5x5f32_v2)
 OVK_VECTOR_KERNEL(ScaleDown3To2u8)
 OVK_VECTOR_KERNEL(ScaleDownBLu8)
 OVK_VECTOR_KERNEL(ScaleDownu8)
+OVK_VECTOR_KERNEL(ScaleDownNNu8)
 OVK_VECTOR_DISPATCH(ovkScaleDownMNRowFn, ovkVectorScaleDownMNu8Core_, ScaleDownMNu8Core)
 #endif
