@@ -91,6 +91,10 @@ std::string runDifferential(Family family, const uint8_t* data, size_t size) {
   Shape shape{readSize(in, entry.minWidth, 70, 700), readSize(in, entry.minHeight, 24, 64)};
   // The deliberate fatal check ends the process; test_bad_arguments covers it.
   if (!entry.fatalBelowMinWidth.empty() && shape.width == entry.minWidth - 1) shape.width = entry.minWidth;
+  // Entries that take only multiples of 2 or 4 get one: refused sizes stay
+  // for the sizes that leave 1 modulo 8.
+  if (entry.sizeStep > 1 && shape.width % 8 != 1) shape.width = entry.acceptedWidth(shape.width);
+  if (entry.sizeStep > 1 && shape.height % 8 != 1) shape.height = entry.acceptedHeight(shape.height);
   shape.padding = in.byte() % 72;
   shape.zeroStrides = in.byte() % 4 == 0;
   const uint8_t start = in.byte();
