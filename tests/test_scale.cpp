@@ -299,7 +299,9 @@ TEST_F(Scale, MByNRefusalsAndScratchFailure) {
 
 TEST_F(Scale, InterleavedMByNReducesEachChannelAlone) {
   std::mt19937 rng(7);
-  const uint32_t sw = 23, sh = 9, dw = 10, dh = 4;
+  // Wide rows go through the channels in chunks of columns; enlarging
+  // repeats columns across chunk edges.
+  for (const auto& [sw, sh, dw, dh] : {std::tuple{23u, 9u, 10u, 4u}, {700u, 3u, 290u, 2u}, {300u, 2u, 610u, 3u}}) {
   Plane pairs(2 * sw, sh), out(2 * dw, dh);
   pairs.fillRandom(rng);
   ovkScaleDownMNInterleaveu8(pairs.data(), sw, sh, pairs.stride, out.data(), dw, dh, out.stride);
@@ -312,6 +314,7 @@ TEST_F(Scale, InterleavedMByNReducesEachChannelAlone) {
       for (uint32_t x = 0; x < dw; ++x) ASSERT_EQ(out.at(2 * x + c, y), reduced.at(x, y)) << c << " " << x << "," << y;
   }
   EXPECT_TRUE(out.padIntact());
+  }
 }
 
 // ---- Gaussian reductions and enlargement ---------------------------------------------------

@@ -121,6 +121,8 @@ std::vector<KernelPair> kernelPairs() {
       OVK_PAIR(ScaleDownBLu8, 1, 1, freeSize(false)),
       OVK_PAIR(ScaleDownu8, 1, 1, wholeFactors),
       OVK_PAIR(ScaleDownNNu8, 1, 1, freeSize(false)),
+      OVK_PAIR(ScaleDownMNu8, 1, 1, freeSize(false)),
+      OVK_PAIR(ScaleDownMNInterleaveu8, 2, 2, freeSize(false)),
   };
 }
 
@@ -128,7 +130,7 @@ std::vector<KernelPair> kernelPairs() {
 // of products and sums shows in the low bits, and now and then a tiny value,
 // an infinity or a NaN with a payload.
 void fillSource(GuardedImage& src, uint32_t rowBytes, uint32_t pixelBytes, std::mt19937& rng) {
-  if (pixelBytes == 1) return src.fillRandom(rng);
+  if (pixelBytes != 4) return src.fillRandom(rng);  // bytes, or byte pairs
   std::uniform_real_distribution<float> value(-300.0f, 300.0f);
   for (uint32_t y = 0; y < src.height(); ++y)
     for (uint32_t x = 0; x < rowBytes; x += 4) {

@@ -30,8 +30,8 @@
   X(348, ScaleDownBy2Gaussian5x5u8, V, OVK_BACKENDS_NONE)                                            \
   X(349, ScaleDownBy2u8, V, OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD)                      \
   X(350, ScaleDownBy4u8, V, OVK_DSP_FORM | OVK_DSP_LOW_POWER | OVK_DSP_OFFLOAD)                      \
-  X(351, ScaleDownMNInterleaveu8, N, OVK_BACKENDS_NONE)                                              \
-  X(352, ScaleDownMNu8, N, OVK_BACKENDS_NONE)                                                        \
+  X(351, ScaleDownMNInterleaveu8, V, OVK_BACKENDS_NONE)                                              \
+  X(352, ScaleDownMNu8, V, OVK_BACKENDS_NONE)                                                        \
   X(353, ScaleDownNNu8, V, OVK_BACKENDS_NONE)                                                        \
   X(354, ScaleDownu8, V, OVK_BACKENDS_NONE)                                                          \
   X(355, ScaleUpBy2Gaussian5x5u8, V, OVK_BACKENDS_NONE)                                              \

@@ -70,6 +70,25 @@ inline uint32_t ovkBlockEnd(uint32_t k, uint32_t srcSize, uint32_t dstSize) {
   return uint32_t(((uint64_t(k) + 1) * srcSize + dstSize - 1) / dstSize);
 }
 
+// Row operations of the M-by-N reductions; the schedules, the scratch block
+// and the chunking of two channels are shared.
+struct ovkMNRowOps {
+  // sums[i] = the sum of column i over `rows` rows from `first`
+  void (*sumRows)(const uint8_t* first, uint32_t stride, uint32_t rows, uint32_t values, uint16_t* sums);
+  // pairs -> first[i] = pairs[2i], second[i] = pairs[2i + 1]
+  void (*deinterleave)(const uint16_t* pairs, uint16_t* first, uint16_t* second, uint32_t count);
+  // the reverse, on bytes
+  void (*interleave)(const uint8_t* first, const uint8_t* second, uint8_t* pairs, uint32_t count);
+  // null: the inner-kernel slot, whatever it holds at the time of the call
+  ovkScaleDownMNRowFn core;
+};
+
+extern const ovkMNRowOps ovkMNRowOpsC;
+
+void ovkScaleDownMN(const ovkMNRowOps& ops, const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                    uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride,
+                    uint32_t channels);
+
 // ---- Bilinear reduction ------------------------------------------------------------
 
 struct ovkBilinearTap {

@@ -349,7 +349,8 @@ Block blockOf(uint32_t k, uint32_t srcSize, uint32_t dstSize) {
 }
 
 // One scratch block: the column counts (32-byte aligned), then the 16-bit
-// column sums of `channels` interleaved channels.
+// column sums of `channels` interleaved channels, then (two channels) each
+// channel's sums apart.
 struct MNScratch {
   explicit MNScratch(uint32_t srcWidth, uint32_t dstWidth, uint32_t channels) {
     const uint64_t bytes = uint64_t(srcWidth) * 4 * channels + uint64_t(dstWidth) * channels + 128;
@@ -358,6 +359,8 @@ struct MNScratch {
     counts = block + (-reinterpret_cast<uintptr_t>(block) & 31);
     const uintptr_t afterCounts = reinterpret_cast<uintptr_t>(counts) + dstWidth;
     sums = reinterpret_cast<uint16_t*>(afterCounts + (-afterCounts & 31));
+    channelSums[0] = sums + size_t(srcWidth) * channels;
+    channelSums[1] = channelSums[0] + srcWidth;
   }
   ~MNScratch() {
     if (block) ovkReleaseScratchBuffer_(block);
@@ -368,6 +371,7 @@ struct MNScratch {
   uint8_t* block = nullptr;
   uint8_t* counts = nullptr;
   uint16_t* sums = nullptr;
+  uint16_t* channelSums[2] = {nullptr, nullptr};
 };
 
 void fillColumnCounts(uint32_t srcWidth, uint32_t dstWidth, uint8_t* counts) {
@@ -379,47 +383,76 @@ void fillColumnCounts(uint32_t srcWidth, uint32_t dstWidth, uint8_t* counts) {
   }
 }
 
-// Column sums of `rows` source rows of `values` bytes each.
-void sumRows(const uint8_t* src, uint32_t stride, Block rows, uint32_t values, uint16_t* sums) {
-  const uint8_t* row = src + size_t(rows.start) * stride;
-  for (uint32_t i = 0; i < values; ++i) sums[i] = row[i];
-  for (uint32_t j = 1; j < rows.count; ++j) {
-    row += stride;
+void sumRowsC(const uint8_t* first, uint32_t stride, uint32_t rows, uint32_t values, uint16_t* sums) {
+  for (uint32_t i = 0; i < values; ++i) sums[i] = first[i];
+  for (uint32_t j = 1; j < rows; ++j) {
+    const uint8_t* row = first + size_t(j) * stride;
     for (uint32_t i = 0; i < values; ++i) sums[i] = uint16_t(sums[i] + row[i]);
+  }
+}
+
+void deinterleaveC(const uint16_t* pairs, uint16_t* first, uint16_t* second, uint32_t count) {
+  for (uint32_t i = 0; i < count; ++i) {
+    first[i] = pairs[2 * i];
+    second[i] = pairs[2 * i + 1];
+  }
+}
+
+void interleaveC(const uint8_t* first, const uint8_t* second, uint8_t* pairs, uint32_t count) {
+  for (uint32_t i = 0; i < count; ++i) {
+    pairs[2 * i] = first[i];
+    pairs[2 * i + 1] = second[i];
+  }
+}
+
+// Two channels go through the row core a chunk of destination columns at a
+// time, so that their results fit the stack before being interleaved.
+constexpr uint32_t kMNChunk = 256;
+
+void reduceTwoChannels(const ovkScaleDownMNRowFn core, const MNScratch& scratch, uint32_t dstWidth, uint32_t rows,
+                       void (*interleave)(const uint8_t*, const uint8_t*, uint8_t*, uint32_t), uint8_t* out) {
+  uint8_t results[2][kMNChunk];
+  size_t consumed = 0;  // source columns before the chunk
+  for (uint32_t k0 = 0; k0 < dstWidth; k0 += kMNChunk) {
+    const uint32_t count = std::min(kMNChunk, dstWidth - k0);
+    for (uint32_t c = 0; c < 2; ++c) core(scratch.channelSums[c] + consumed, scratch.counts + k0, rows, results[c], count);
+    interleave(results[0], results[1], out + 2 * size_t(k0), count);
+    for (uint32_t k = k0; k < k0 + count; ++k) consumed += scratch.counts[k];
   }
 }
 
 }  // namespace
 
-void ovkScaleDownMNu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
-                       uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
-  MNScratch scratch(srcWidth, dstWidth, 1);
+const ovkMNRowOps ovkMNRowOpsC = {sumRowsC, deinterleaveC, interleaveC, nullptr};
+
+void ovkScaleDownMN(const ovkMNRowOps& ops, const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                    uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride,
+                    uint32_t channels) {
+  MNScratch scratch(srcWidth, dstWidth, channels);
   if (!scratch.block) return;
+  const ovkScaleDownMNRowFn core = ops.core ? ops.core : ScaleDownMNu8Core_;
   fillColumnCounts(srcWidth, dstWidth, scratch.counts);
   for (uint32_t y = 0; y < dstHeight; ++y) {
     const Block rows = blockOf(y, srcHeight, dstHeight);
-    sumRows(src, srcStride, rows, srcWidth, scratch.sums);
-    ScaleDownMNu8Core_(scratch.sums, scratch.counts, rows.count, dst + size_t(y) * dstStride, dstWidth);
+    ops.sumRows(src + size_t(rows.start) * srcStride, srcStride, rows.count, srcWidth * channels, scratch.sums);
+    uint8_t* out = dst + size_t(y) * dstStride;
+    if (channels == 1) {
+      core(scratch.sums, scratch.counts, rows.count, out, dstWidth);
+      continue;
+    }
+    ops.deinterleave(scratch.sums, scratch.channelSums[0], scratch.channelSums[1], srcWidth);
+    reduceTwoChannels(core, scratch, dstWidth, rows.count, ops.interleave, out);
   }
+}
+
+void ovkScaleDownMNu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                       uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
+  ovkScaleDownMN(ovkMNRowOpsC, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 1);
 }
 
 void ovkScaleDownMNInterleaveu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                  uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
-  MNScratch scratch(srcWidth, dstWidth, 2);
-  if (!scratch.block) return;
-  fillColumnCounts(srcWidth, dstWidth, scratch.counts);
-  uint16_t* channel = scratch.sums + 2 * size_t(srcWidth);
-  uint8_t* channelOut = reinterpret_cast<uint8_t*>(channel + srcWidth);
-  for (uint32_t y = 0; y < dstHeight; ++y) {
-    const Block rows = blockOf(y, srcHeight, dstHeight);
-    sumRows(src, srcStride, rows, 2 * srcWidth, scratch.sums);
-    uint8_t* out = dst + size_t(y) * dstStride;
-    for (uint32_t c = 0; c < 2; ++c) {
-      for (uint32_t i = 0; i < srcWidth; ++i) channel[i] = scratch.sums[2 * i + c];
-      ScaleDownMNu8Core_(channel, scratch.counts, rows.count, channelOut, dstWidth);
-      for (uint32_t x = 0; x < dstWidth; ++x) out[2 * x + c] = channelOut[x];
-    }
-  }
+  ovkScaleDownMN(ovkMNRowOpsC, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 2);
 }
 
 // ---- Gaussian reductions -------------------------------------------------------------

@@ -576,6 +576,56 @@ void ScaleDownMNu8Core(const uint16_t* columnSums, const uint8_t* columnCounts, 
   ScaleDownMNu8CoreC(columnSums, columnCounts, rowCount, dst, dstWidth);
 }
 
+// ---- M-by-N outer loops --------------------------------------------------------------------
+
+// Whole vectors of column sums; the last few columns as the portable row.
+void MNSumRows(const uint8_t* first, uint32_t stride, uint32_t rows, uint32_t values, uint16_t* sums) {
+  const D16 d16;
+  const hn::Rebind<uint8_t, D16> d8h;
+  const size_t lanes = hn::Lanes(d16);
+  size_t i = 0;
+  for (; i + lanes <= values; i += lanes) {
+    V16 sum = hn::PromoteTo(d16, hn::LoadU(d8h, first + i));
+    for (uint32_t j = 1; j < rows; ++j) sum = hn::Add(sum, hn::PromoteTo(d16, hn::LoadU(d8h, first + size_t(j) * stride + i)));
+    hn::StoreU(sum, d16, sums + i);
+  }
+  if (i < values) ovkMNRowOpsC.sumRows(first + i, stride, rows, uint32_t(values - i), sums + i);
+}
+
+void MNDeinterleave(const uint16_t* pairs, uint16_t* first, uint16_t* second, uint32_t count) {
+  const D16 d16;
+  const size_t lanes = hn::Lanes(d16);
+  size_t i = 0;
+  for (; i + lanes <= count; i += lanes) {
+    V16 even, odd;
+    hn::LoadInterleaved2(d16, pairs + 2 * i, even, odd);
+    hn::StoreU(even, d16, first + i);
+    hn::StoreU(odd, d16, second + i);
+  }
+  if (i < count) ovkMNRowOpsC.deinterleave(pairs + 2 * i, first + i, second + i, uint32_t(count - i));
+}
+
+void MNInterleave(const uint8_t* first, const uint8_t* second, uint8_t* pairs, uint32_t count) {
+  const D8 d8;
+  const size_t lanes = hn::Lanes(d8);
+  size_t i = 0;
+  for (; i + lanes <= count; i += lanes)
+    hn::StoreInterleaved2(hn::LoadU(d8, first + i), hn::LoadU(d8, second + i), d8, pairs + 2 * i);
+  if (i < count) ovkMNRowOpsC.interleave(first + i, second + i, pairs + 2 * i, uint32_t(count - i));
+}
+
+const ovkMNRowOps kMNRowOps = {MNSumRows, MNDeinterleave, MNInterleave, ScaleDownMNu8Core};
+
+void ScaleDownMNu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                   uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
+  ovkScaleDownMN(kMNRowOps, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 1);
+}
+
+void ScaleDownMNInterleaveu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                             uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
+  ovkScaleDownMN(kMNRowOps, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 2);
+}
+
 // ---- Bilinear reduction ------------------------------------------------------------------
 
 #if HWY_TARGET != HWY_SCALAR
@@ -765,5 +815,7 @@ OVK_VECTOR_KERNEL(ScaleDown3To2u8)
 OVK_VECTOR_KERNEL(ScaleDownBLu8)
 OVK_VECTOR_KERNEL(ScaleDownu8)
 OVK_VECTOR_KERNEL(ScaleDownNNu8)
+OVK_VECTOR_KERNEL(ScaleDownMNu8)
+OVK_VECTOR_KERNEL(ScaleDownMNInterleaveu8)
 OVK_VECTOR_DISPATCH(ovkScaleDownMNRowFn, ovkVectorScaleDownMNu8Core_, ScaleDownMNu8Core)
 #endif
