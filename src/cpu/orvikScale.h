@@ -109,6 +109,10 @@ struct ovkBilinearRowOps {
 
 extern const ovkBilinearRowOps ovkBilinearRowOpsC;
 
+// The reduction's scratch block (tables and two rows), 16-byte aligned; ends
+// the process when there is none.
+void* ovkBilinearScratch(uint32_t dstWidth, uint32_t dstHeight);
+
 void ovkScaleDownBilinear(const ovkBilinearRowOps& ops, const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
                           uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight,
                           uint32_t dstStride);

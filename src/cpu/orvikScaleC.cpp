@@ -277,12 +277,17 @@ void combineRows(const uint32_t* upper, const uint32_t* lower, uint32_t w0, uint
 
 const ovkBilinearRowOps ovkBilinearRowOpsC = {interpolateRow, combineRows};
 
-void ovkScaleDownBilinear(const ovkBilinearRowOps& ops, const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
-                          uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight,
-                          uint32_t dstStride) {
+void* ovkBilinearScratch(uint32_t dstWidth, uint32_t dstHeight) {
   const uint64_t bytes = bilinearScratchBytes(dstWidth, dstHeight);
   void* block = bytes <= UINT32_MAX ? ovkGetScratchBufferAligned_(uint32_t(bytes), 16) : nullptr;
   if (!block) ovkFatal("src/cpu/orvikScaleC", __LINE__, "buffer");
+  return block;
+}
+
+void ovkScaleDownBilinear(const ovkBilinearRowOps& ops, const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                          uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight,
+                          uint32_t dstStride) {
+  void* block = ovkBilinearScratch(dstWidth, dstHeight);
   uint8_t* base = static_cast<uint8_t*>(block);
   const size_t rowBytes = (size_t(dstWidth) * 8 + 120) & ~size_t(127);
   ovkBilinearTap* columnTaps = reinterpret_cast<ovkBilinearTap*>(base + rowBytes);

@@ -71,23 +71,28 @@ HWY_INLINE void StorePairs(V16 first, V16 second, uint8_t* out) {
 
 // ---- Box reductions by 2 and 4 ----------------------------------------------------------
 
+// kBias 0: the truncated mean of the box reduction; 2: the rounded one of
+// an exact bilinear halving.
+template <uint32_t kBias>
 void Down2RowScalar(const uint8_t* top, const uint8_t* bottom, uint8_t* out, size_t count) {
   for (size_t x = 0; x < count; ++x)
-    out[x] = uint8_t((top[2 * x] + top[2 * x + 1] + bottom[2 * x] + bottom[2 * x + 1]) >> 2);
+    out[x] = uint8_t((top[2 * x] + top[2 * x + 1] + bottom[2 * x] + bottom[2 * x + 1] + kBias) >> 2);
 }
 
 // `count` outputs from two source rows: full vectors of outputs from two
 // vectors of each row, else half vectors, else the scalar formula.
+template <uint32_t kBias>
 void Down2Row(const uint8_t* top, const uint8_t* bottom, uint8_t* out, size_t count) {
 #if HWY_TARGET == HWY_SCALAR
-  Down2RowScalar(top, bottom, out, count);
+  Down2RowScalar<kBias>(top, bottom, out, count);
 #else
   const D8 d8;
   const size_t lanes = hn::Lanes(d8), half = lanes / 2;
-  // At most 4 x 255, so two bits off leave a byte.
+  const V16 bias = hn::Set(D16(), uint16_t(kBias));
+  // At most 4 x 255 + 2, so two bits off leave a byte.
   const auto halfAt = [&](size_t x) {
     const V16 sum = hn::Add(PairSums(hn::LoadU(d8, top + 2 * x)), PairSums(hn::LoadU(d8, bottom + 2 * x)));
-    return hn::ShiftRight<2>(sum);
+    return hn::ShiftRight<2>(kBias ? hn::Add(sum, bias) : sum);
   };
   if (count >= lanes) {
     ForEachVector(count, lanes,
@@ -95,7 +100,7 @@ void Down2Row(const uint8_t* top, const uint8_t* bottom, uint8_t* out, size_t co
   } else if (count >= half) {
     ForEachVector(count, half, [&](size_t x) { StoreNarrow(halfAt(x), out + x); });
   } else {
-    Down2RowScalar(top, bottom, out, count);
+    Down2RowScalar<kBias>(top, bottom, out, count);
   }
 #endif
 }
@@ -104,7 +109,7 @@ int32_t ScaleDownBy2u8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight
                        uint32_t dstStride) {
   for (uint32_t y = 0; y < srcHeight / 2; ++y) {
     const uint8_t* top = src + size_t(2 * y) * srcStride;
-    Down2Row(top, top + srcStride, dst + size_t(y) * dstStride, srcWidth / 2);
+    Down2Row<0>(top, top + srcStride, dst + size_t(y) * dstStride, srcWidth / 2);
   }
   return 0;
 }
@@ -686,8 +691,27 @@ const ovkBilinearRowOps kBilinearRowOps = {BilinearInterpolateRow, BilinearCombi
 
 #endif  // HWY_TARGET != HWY_SCALAR
 
+// Halving exactly: every coordinate is 2x + 0.5 in single precision (sizes
+// below 2^23), so both weights are 1024 on each axis and the Q22 result is
+// (a + b + c + d + 2) >> 2.  The scratch block is still taken, so that its
+// failure ends the process as in every other case.
+bool HalvesBilinear(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                    uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
+  if (srcWidth != 2 * uint64_t(dstWidth) || srcHeight != 2 * uint64_t(dstHeight) || dstWidth >= (1u << 23) ||
+      dstHeight >= (1u << 23))
+    return false;
+  void* scratch = ovkBilinearScratch(dstWidth, dstHeight);
+  for (uint32_t y = 0; y < dstHeight; ++y) {
+    const uint8_t* top = src + size_t(2 * y) * srcStride;
+    Down2Row<2>(top, top + srcStride, dst + size_t(y) * dstStride, dstWidth);
+  }
+  ovkReleaseScratchBuffer_(scratch);
+  return true;
+}
+
 void ScaleDownBLu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
                    uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
+  if (HalvesBilinear(src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride)) return;
 #if HWY_TARGET == HWY_SCALAR
   ovkScaleDownBLu8C(src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
 #else
