@@ -35,9 +35,9 @@
   X(353, ScaleDownNNu8, V, OVK_BACKENDS_NONE)                                                        \
   X(354, ScaleDownu8, V, OVK_BACKENDS_NONE)                                                          \
   X(355, ScaleUpBy2Gaussian5x5u8, V, OVK_BACKENDS_NONE)                                              \
-  X(356, ScaleUpPolyInterleaveu8, N, OVK_BACKENDS_NONE)                                              \
-  X(357, ScaleUpPolyu8, N, OVK_BACKENDS_NONE)                                                        \
-  X(358, Scaleu8, N, OVK_BACKENDS_NONE)
+  X(356, ScaleUpPolyInterleaveu8, V, OVK_BACKENDS_NONE)                                              \
+  X(357, ScaleUpPolyu8, V, OVK_BACKENDS_NONE)                                                        \
+  X(358, Scaleu8, V, OVK_BACKENDS_NONE)
 
 // Gradients and edges (448 and 449, the unscaled Sobel and the Canny `_v3`,
 // are later additions).

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "orvikInternal.h"
+#include "orvikResize.h"
 
 // ---- Polyphase resize -------------------------------------------------------------------
 
@@ -52,67 +53,74 @@ PolyTap polyTap(uint32_t i, uint32_t srcSize, uint32_t dstSize) {
 
 size_t clampLine(int64_t i, uint32_t size) { return size_t(std::min<int64_t>(std::max<int64_t>(i, 0), size - 1)); }
 
-// A strip of outputs reads at most kPolySpan source columns and writes at
-// most kPolyOutputs pixels, so that its tables and the column sums of one
-// output row stay on the stack.
-constexpr uint32_t kPolySpan = 1024, kPolyOutputs = 1024;
+// Column sums in 32 bits, interleaved like the pixels; exact, so the order of
+// the two passes does not change a result.
+void polyVerticalRow(const uint8_t* const* lines, const int32_t* weights, ovkPolyStrip& strip) {
+  const size_t values = size_t(strip.columns) * strip.channels;
+  int32_t* sums = strip.sums.wide;
+  for (size_t i = 0; i < values; ++i)
+    sums[i] = weights[0] * lines[0][i] + weights[1] * lines[1][i] + weights[2] * lines[2][i] +
+              weights[3] * lines[3][i];
+}
 
-// The taps of one output inside its strip: offsets from the strip's first
-// source column (edges already clamped) and the phase's weights.
-struct StripTap {
-  uint16_t offset[4];
-  const int32_t* weights;
-};
-
-// Vertical pass first (the four rows of the output row, every source column
-// the strip reads), then the horizontal one; exact in 32 bits, so the order
-// of the two passes does not change a result.
-void scaleUpPoly(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
-                 uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride, uint32_t channels) {
-  int32_t columnSums[kPolySpan * 2];
-  StripTap taps[kPolyOutputs];
-  for (uint32_t x0 = 0; x0 < dstWidth;) {
-    const size_t low = clampLine(polyTap(x0, srcWidth, dstWidth).first, srcWidth);
-    uint32_t count = 0;
-    size_t high = low;
-    for (uint32_t x = x0; x < dstWidth && count < kPolyOutputs; ++x, ++count) {
-      const PolyTap tap = polyTap(x, srcWidth, dstWidth);
-      const size_t last = clampLine(tap.first + 3, srcWidth);
-      if (last - low >= kPolySpan) break;
-      high = last;
-      for (int k = 0; k < 4; ++k) taps[count].offset[k] = uint16_t(clampLine(tap.first + k, srcWidth) - low);
-      taps[count].weights = tap.weights;
+void polyHorizontalRow(const ovkPolyStrip& strip, uint8_t* out) {
+  const uint32_t channels = strip.channels;
+  const int32_t* sums = strip.sums.wide;
+  for (uint32_t i = 0; i < strip.count; ++i) {
+    const ovkPolyTap& tap = strip.taps[i];
+    for (uint32_t c = 0; c < channels; ++c) {
+      int32_t sum = 0;
+      for (int k = 0; k < 4; ++k) sum += tap.weights[k] * sums[tap.offset[k] * channels + c];
+      out[size_t(i) * channels + c] = uint8_t(std::min(std::max((sum + 8192) >> 14, 0), 255));
     }
-    const size_t values = (high - low + 1) * channels;
-    for (uint32_t y = 0; y < dstHeight; ++y) {
-      const PolyTap rows = polyTap(y, srcHeight, dstHeight);
-      const uint8_t* lines[4];
-      for (int j = 0; j < 4; ++j) lines[j] = src + clampLine(rows.first + j, srcHeight) * srcStride + low * channels;
-      for (size_t i = 0; i < values; ++i)
-        columnSums[i] = rows.weights[0] * lines[0][i] + rows.weights[1] * lines[1][i] +
-                        rows.weights[2] * lines[2][i] + rows.weights[3] * lines[3][i];
-      uint8_t* out = dst + (size_t(y) * dstStride + size_t(x0) * channels);
-      for (uint32_t i = 0; i < count; ++i)
-        for (uint32_t c = 0; c < channels; ++c) {
-          int32_t sum = 0;
-          for (int k = 0; k < 4; ++k) sum += taps[i].weights[k] * columnSums[taps[i].offset[k] * channels + c];
-          out[size_t(i) * channels + c] = uint8_t(std::min(std::max((sum + 8192) >> 14, 0), 255));
-        }
-    }
-    x0 += count;
   }
 }
 
 }  // namespace
 
+const ovkPolyRowOps ovkPolyRowOpsC = {nullptr, polyVerticalRow, polyHorizontalRow};
+
+// Vertical pass first (the four rows of the output row, every source column
+// the strip reads), then the horizontal one.
+void ovkScaleUpPoly(const ovkPolyRowOps& ops, const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                    uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride,
+                    uint32_t channels) {
+  ovkPolyStrip strip;
+  strip.channels = channels;
+  for (uint32_t x0 = 0; x0 < dstWidth;) {
+    const size_t low = clampLine(polyTap(x0, srcWidth, dstWidth).first, srcWidth);
+    uint32_t count = 0;
+    size_t high = low;
+    for (uint32_t x = x0; x < dstWidth && count < OVK_POLY_OUTPUTS; ++x, ++count) {
+      const PolyTap tap = polyTap(x, srcWidth, dstWidth);
+      const size_t last = clampLine(tap.first + 3, srcWidth);
+      if (last - low >= OVK_POLY_SPAN) break;
+      high = last;
+      for (int k = 0; k < 4; ++k) strip.taps[count].offset[k] = uint16_t(clampLine(tap.first + k, srcWidth) - low);
+      strip.taps[count].weights = tap.weights;
+    }
+    strip.count = count;
+    strip.columns = uint32_t(high - low + 1);
+    if (ops.prepareStrip) ops.prepareStrip(strip);
+    for (uint32_t y = 0; y < dstHeight; ++y) {
+      const PolyTap rows = polyTap(y, srcHeight, dstHeight);
+      const uint8_t* lines[4];
+      for (int j = 0; j < 4; ++j) lines[j] = src + clampLine(rows.first + j, srcHeight) * srcStride + low * channels;
+      ops.verticalRow(lines, rows.weights, strip);
+      ops.horizontalRow(strip, dst + (size_t(y) * dstStride + size_t(x0) * channels));
+    }
+    x0 += count;
+  }
+}
+
 void ovkScaleUpPolyu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
                        uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
-  scaleUpPoly(src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 1);
+  ovkScaleUpPoly(ovkPolyRowOpsC, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 1);
 }
 
 void ovkScaleUpPolyInterleaveu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
                                  uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
-  scaleUpPoly(src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 2);
+  ovkScaleUpPoly(ovkPolyRowOpsC, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 2);
 }
 
 // ---- General resize ---------------------------------------------------------------------
@@ -151,39 +159,94 @@ uint8_t areaPixel(const uint8_t* src, uint32_t srcStride, const Coverage& column
   return uint8_t((sum + area / 2) / area);
 }
 
-uint8_t bilinearPixel(const uint8_t* src, uint32_t srcStride, uint32_t srcWidth, uint32_t srcHeight, uint32_t px,
-                      uint32_t py) {
-  const uint32_t x0 = px >> 8, y0 = py >> 8, fx = px & 255, fy = py & 255;
-  const uint32_t x1 = std::min(x0 + 1, srcWidth - 1), y1 = std::min(y0 + 1, srcHeight - 1);
-  const uint8_t* top = src + size_t(y0) * srcStride;
-  const uint8_t* bottom = src + size_t(y1) * srcStride;
+// (256 - fx) (256 - fy) p00 + ... in one exact sum, so whether the rows or
+// the columns are combined first does not change it.
+uint8_t bilinearPixel(const uint8_t* top, const uint8_t* bottom, uint32_t x0, uint32_t x1, uint32_t fx, uint32_t fy) {
   const uint32_t upper = (256 - fx) * top[x0] + fx * top[x1], lower = (256 - fx) * bottom[x0] + fx * bottom[x1];
   return uint8_t(((256 - fy) * upper + fy * lower + 32768) >> 16);
 }
 
-}  // namespace
+void nearestRow(const uint8_t* in, ovkResizeStrip& strip, uint8_t* out) {
+  for (uint32_t k = 0; k < strip.count; ++k) out[k] = in[strip.column[k]];
+}
 
-ovkStatusCode ovkScaleu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
-                          uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride,
-                          ovkInterpolationType interpolation) {
-  if (interpolation > ORVIK_INTERPOLATION_BILINEAR) return ORVIK_STATUS_UNSUPPORTED;
+void bilinearRow(const uint8_t* top, const uint8_t* bottom, uint32_t fy, ovkResizeStrip& strip, uint8_t* out) {
+  for (uint32_t k = 0; k < strip.count; ++k)
+    out[k] = bilinearPixel(top, bottom, strip.column[k], strip.next[k], strip.fraction[k], fy);
+}
+
+void areaResize(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride) {
   const uint64_t area = uint64_t(srcWidth) * srcHeight;
   for (uint32_t y = 0; y < dstHeight; ++y) {
     uint8_t* out = dst + size_t(y) * dstStride;
     const Coverage rows = coverage(y, srcHeight, dstHeight);
-    const uint32_t nearestRow = uint32_t((2 * uint64_t(y) + 1) * srcHeight / (2 * uint64_t(dstHeight)));
-    const uint32_t bilinearRow = bilinearPosition(y, srcHeight, dstHeight);
-    for (uint32_t x = 0; x < dstWidth; ++x) {
-      if (interpolation == ORVIK_INTERPOLATION_AREA) {
-        out[x] = areaPixel(src, srcStride, coverage(x, srcWidth, dstWidth), rows, area);
-      } else if (interpolation == ORVIK_INTERPOLATION_NEAREST) {
-        const uint64_t column = (2 * uint64_t(x) + 1) * srcWidth / (2 * uint64_t(dstWidth));
-        out[x] = src[size_t(nearestRow) * srcStride + column];
+    for (uint32_t x = 0; x < dstWidth; ++x) out[x] = areaPixel(src, srcStride, coverage(x, srcWidth, dstWidth), rows, area);
+  }
+}
+
+// The source columns of output x: nearest in column, bilinear in column,
+// next and fraction.
+void resizeColumns(ovkResizeStrip& strip, uint32_t k, uint32_t x, uint32_t dstWidth) {
+  const uint32_t srcWidth = strip.srcWidth;
+  if (strip.interpolation == ORVIK_INTERPOLATION_NEAREST) {
+    strip.column[k] = uint32_t((2 * uint64_t(x) + 1) * srcWidth / (2 * uint64_t(dstWidth)));
+    strip.next[k] = strip.column[k];
+    strip.fraction[k] = 0;
+  } else {
+    const uint32_t position = bilinearPosition(x, srcWidth, dstWidth);
+    strip.column[k] = position >> 8;
+    strip.next[k] = std::min(strip.column[k] + 1, srcWidth - 1);
+    strip.fraction[k] = position & 255;
+  }
+}
+
+}  // namespace
+
+const ovkResizeRowOps ovkResizeRowOpsC = {nullptr, nearestRow, bilinearRow};
+
+// Columns only grow along a row, so a strip's first output reads its lowest
+// column and its last output the highest.
+ovkStatusCode ovkResize(const ovkResizeRowOps& ops, const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
+                        uint32_t srcStride, uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride,
+                        ovkInterpolationType interpolation) {
+  if (interpolation > ORVIK_INTERPOLATION_BILINEAR) return ORVIK_STATUS_UNSUPPORTED;
+  if (interpolation == ORVIK_INTERPOLATION_AREA) {
+    areaResize(src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
+    return ORVIK_STATUS_SUCCESS;
+  }
+  ovkResizeStrip strip;
+  strip.interpolation = interpolation;
+  strip.srcWidth = srcWidth;
+  for (uint32_t x0 = 0; x0 < dstWidth;) {
+    uint32_t count = 0;
+    for (uint32_t x = x0; x < dstWidth && count < OVK_RESIZE_OUTPUTS; ++x, ++count) {
+      resizeColumns(strip, count, x, dstWidth);
+      if (count > 0 && strip.next[count] - strip.column[0] >= OVK_RESIZE_SPAN) break;
+    }
+    strip.count = count;
+    strip.first = strip.column[0];
+    strip.columns = strip.next[count - 1] - strip.first + 1;
+    if (ops.prepareStrip) ops.prepareStrip(strip);
+    for (uint32_t y = 0; y < dstHeight; ++y) {
+      uint8_t* out = dst + (size_t(y) * dstStride + x0);
+      if (interpolation == ORVIK_INTERPOLATION_NEAREST) {
+        const uint64_t row = (2 * uint64_t(y) + 1) * srcHeight / (2 * uint64_t(dstHeight));
+        ops.nearestRow(src + size_t(row) * srcStride, strip, out);
       } else {
-        out[x] = bilinearPixel(src, srcStride, srcWidth, srcHeight, bilinearPosition(x, srcWidth, dstWidth),
-                               bilinearRow);
+        const uint32_t position = bilinearPosition(y, srcHeight, dstHeight);
+        const uint32_t y0 = position >> 8, y1 = std::min(y0 + 1, srcHeight - 1);
+        ops.bilinearRow(src + size_t(y0) * srcStride, src + size_t(y1) * srcStride, position & 255, strip, out);
       }
     }
+    x0 += count;
   }
   return ORVIK_STATUS_SUCCESS;
+}
+
+ovkStatusCode ovkScaleu8C(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride, uint8_t* dst,
+                          uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride,
+                          ovkInterpolationType interpolation) {
+  return ovkResize(ovkResizeRowOpsC, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride,
+                   interpolation);
 }
