@@ -91,16 +91,28 @@ void ovkScaleDownMN(const ovkMNRowOps& ops, const uint8_t* src, uint32_t srcWidt
 
 // ---- Bilinear reduction ------------------------------------------------------------
 
-struct ovkBilinearTap {
-  uint32_t index, w0, w1;
+// Taps of one axis, three arrays of one word per output carved from the
+// scratch block: the first source index, both Q11 weights in one word
+// (w0 | w1 << 16), and a byte-shuffle word that picks in[index] and
+// in[index + 1] into the two 16-bit halves of a lane from the 16 bytes at
+// the index of the output's group of four (outputs 4k .. 4k + 3); bytes 0x80
+// read zero.  Groups whose indexes spread more than 14 have no usable
+// shuffle words.
+struct ovkBilinearTable {
+  uint32_t* index;
+  uint32_t* weights;
+  uint32_t* shuffle;
 };
-void ovkBilinearTaps(uint32_t srcSize, uint32_t dstSize, ovkBilinearTap* taps);
+void ovkBilinearTaps(uint32_t srcSize, uint32_t dstSize, const ovkBilinearTable& taps);
+
+inline uint32_t ovkBilinearW0(uint32_t weights) { return weights & 0xFFFF; }
+inline uint32_t ovkBilinearW1(uint32_t weights) { return weights >> 16; }
 
 // Row operations of the bilinear reduction; the outer loop, its scratch and
 // its fatal failure are shared.
 struct ovkBilinearRowOps {
-  // out[x] = w0 in[index] + w1 in[min(index + 1, srcWidth - 1)] with taps[x]
-  void (*interpolateRow)(const uint8_t* in, const ovkBilinearTap* taps, uint32_t srcWidth, uint32_t* out,
+  // out[x] = w0 in[index] + w1 in[min(index + 1, srcWidth - 1)] for output x
+  void (*interpolateRow)(const uint8_t* in, const ovkBilinearTable& columns, uint32_t srcWidth, uint32_t* out,
                          uint32_t count);
   // out[x] = (w0 upper[x] + w1 lower[x] + 2^21) >> 22, truncated to a byte
   void (*combineRows)(const uint32_t* upper, const uint32_t* lower, uint32_t w0, uint32_t w1, uint8_t* out,

@@ -154,7 +154,7 @@ uint32_t ovkNearestSource(const ovkNearestAxis& axis, uint32_t i, uint32_t srcSi
   return std::min(srcSize - 1, scaled & 0xFFFF);
 }
 
-void ovkBilinearTaps(uint32_t srcSize, uint32_t dstSize, ovkBilinearTap* taps) {
+void ovkBilinearTaps(uint32_t srcSize, uint32_t dstSize, const ovkBilinearTable& taps) {
   const float ratio = float(dstSize) / float(srcSize);
   const float highest = float(srcSize - 1);
   for (uint32_t i = 0; i < dstSize; ++i) {
@@ -162,7 +162,11 @@ void ovkBilinearTaps(uint32_t srcSize, uint32_t dstSize, ovkBilinearTap* taps) {
     s = std::min(std::max(s, 0.0f), highest);
     const int32_t index = int32_t(floorf(s));
     const float f = s - float(index);
-    taps[i] = {uint32_t(index), uint32_t(int32_t((1.0f - f) * 2048.0f + 0.5f)), uint32_t(int32_t(f * 2048.0f + 0.5f))};
+    const uint32_t w0 = uint32_t(int32_t((1.0f - f) * 2048.0f + 0.5f)), w1 = uint32_t(int32_t(f * 2048.0f + 0.5f));
+    taps.index[i] = uint32_t(index);
+    taps.weights[i] = w0 | w1 << 16;
+    const uint32_t offset = uint32_t(index) - taps.index[i & ~3u];
+    taps.shuffle[i] = offset <= 14 ? offset | 0x80u << 8 | (offset + 1) << 16 | 0x80u << 24 : 0x80808080u;
   }
 }
 
@@ -260,11 +264,11 @@ uint64_t bilinearScratchBytes(uint32_t dstWidth, uint32_t dstHeight) {
   return ((uint64_t(dstWidth) * 8 + 120) & ~uint64_t(127)) + (uint64_t(dstHeight) + dstWidth) * 12;
 }
 
-void interpolateRow(const uint8_t* in, const ovkBilinearTap* taps, uint32_t srcWidth, uint32_t* out,
+void interpolateRow(const uint8_t* in, const ovkBilinearTable& columns, uint32_t srcWidth, uint32_t* out,
                     uint32_t count) {
   for (uint32_t x = 0; x < count; ++x) {
-    const uint32_t i = taps[x].index, next = std::min(i + 1, srcWidth - 1);  // weight 0 at the clamp
-    out[x] = taps[x].w0 * in[i] + taps[x].w1 * in[next];
+    const uint32_t i = columns.index[x], next = std::min(i + 1, srcWidth - 1);  // weight 0 at the clamp
+    out[x] = ovkBilinearW0(columns.weights[x]) * in[i] + ovkBilinearW1(columns.weights[x]) * in[next];
   }
 }
 
@@ -290,14 +294,16 @@ void ovkScaleDownBilinear(const ovkBilinearRowOps& ops, const uint8_t* src, uint
   void* block = ovkBilinearScratch(dstWidth, dstHeight);
   uint8_t* base = static_cast<uint8_t*>(block);
   const size_t rowBytes = (size_t(dstWidth) * 8 + 120) & ~size_t(127);
-  ovkBilinearTap* columnTaps = reinterpret_cast<ovkBilinearTap*>(base + rowBytes);
-  ovkBilinearTap* rowTaps = columnTaps + dstWidth;
+  uint32_t* columnWords = reinterpret_cast<uint32_t*>(base + rowBytes);
+  uint32_t* rowWords = columnWords + 3 * size_t(dstWidth);
+  const ovkBilinearTable columnTaps = {columnWords, columnWords + dstWidth, columnWords + 2 * size_t(dstWidth)};
+  const ovkBilinearTable rowTaps = {rowWords, rowWords + dstHeight, rowWords + 2 * size_t(dstHeight)};
   uint32_t* rows[2] = {reinterpret_cast<uint32_t*>(base), reinterpret_cast<uint32_t*>(base) + dstWidth};
   ovkBilinearTaps(srcWidth, dstWidth, columnTaps);
   ovkBilinearTaps(srcHeight, dstHeight, rowTaps);
   int64_t held[2] = {-1, -1};  // source row interpolated into rows[i]
   for (uint32_t y = 0; y < dstHeight; ++y) {
-    const uint32_t top = rowTaps[y].index, below = std::min(top + 1, srcHeight - 1);
+    const uint32_t top = rowTaps.index[y], below = std::min(top + 1, srcHeight - 1);
     if (held[0] != top) {
       if (held[1] == top) {
         std::swap(rows[0], rows[1]);
@@ -311,7 +317,8 @@ void ovkScaleDownBilinear(const ovkBilinearRowOps& ops, const uint8_t* src, uint
       ops.interpolateRow(src + size_t(below) * srcStride, columnTaps, srcWidth, rows[1], dstWidth);
       held[1] = below;
     }
-    ops.combineRows(rows[0], rows[1], rowTaps[y].w0, rowTaps[y].w1, dst + size_t(y) * dstStride, dstWidth);
+    ops.combineRows(rows[0], rows[1], ovkBilinearW0(rowTaps.weights[y]), ovkBilinearW1(rowTaps.weights[y]),
+                    dst + size_t(y) * dstStride, dstWidth);
   }
   ovkReleaseScratchBuffer_(block);
 }

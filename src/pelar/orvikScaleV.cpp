@@ -635,38 +635,58 @@ void ScaleDownMNInterleaveu8(const uint8_t* src, uint32_t srcWidth, uint32_t src
 
 #if HWY_TARGET != HWY_SCALAR
 
-using V32Block = hn::Vec<hn::Full128<uint32_t>>;
-
-// Four taps per step in 128-bit vectors: sixteen source bytes from the first
-// tap's index, and a byte shuffle that puts in[index] and in[index + 1] into
-// the two low bytes of each tap's lane.  Indices never decrease along the
-// row, so a step fits the window while its last index is at most 14 past its
-// first (reductions by up to about 4.5); a wider step, and the taps whose
-// window would pass the end of the row, take the portable row.
-void BilinearInterpolateRow(const uint8_t* in, const ovkBilinearTap* taps, uint32_t srcWidth, uint32_t* out,
-                            uint32_t count) {
-  const hn::Full128<uint32_t> d32;
-  const hn::Full128<uint8_t> d8;
-  const V32Block lowByte = hn::Set(d32, 0xFF), byteOne = hn::Set(d32, 0x100), unused = hn::Set(d32, 0x80800000u);
-  const uint32_t* tapWords = &taps[0].index;
-  uint32_t x = 0;
-  for (; x + 4 <= count && size_t(taps[x + 3].index) + 2 <= srcWidth && taps[x].index + 16 <= srcWidth; x += 4) {
-    const uint32_t first = taps[x].index;
-    if (taps[x + 3].index - first > 14) {
-      ovkBilinearRowOpsC.interpolateRow(in, taps + x, srcWidth, out + x, 4);
-      continue;
-    }
-    V32Block index, w0, w1;
-    hn::LoadInterleaved3(d32, tapWords + 3 * x, index, w0, w1);
-    const V32Block offset = hn::Sub(index, hn::Set(d32, first));
-    // Byte 0 picks offset, byte 1 offset + 1, bytes 2 and 3 read zero.
-    const V32Block shuffle = hn::Or(hn::Add(hn::Or(offset, hn::ShiftLeft<8>(offset)), byteOne), unused);
-    const V32Block pair =
-        hn::BitCast(d32, hn::TableLookupBytesOr0(hn::LoadU(d8, in + first), hn::BitCast(d8, shuffle)));
-    const V32Block value = hn::Add(hn::Mul(w0, hn::And(pair, lowByte)), hn::Mul(w1, hn::ShiftRight<8>(pair)));
-    hn::StoreU(value, d32, out + x);
+// Sixteen source bytes per 128-bit block, from the first index of the
+// block's group of four taps.
+template <class D8>
+hn::Vec<D8> LoadGroupWindows(D8 d8, const uint8_t* in, const uint32_t* index) {
+  constexpr size_t kBlocks = hn::MaxLanes(D8()) / 16;
+  if constexpr (kBlocks == 1) {
+    return hn::LoadU(d8, in + index[0]);
+  } else {
+    const hn::Half<D8> half;
+    return hn::Combine(d8, LoadGroupWindows(half, in, index + 2 * kBlocks), LoadGroupWindows(half, in, index));
   }
-  ovkBilinearRowOpsC.interpolateRow(in, taps + x, srcWidth, out + x, count - x);
+}
+
+// Whether the groups of taps x .. x + count - 1 fit their windows: indexes
+// spread over at most 15 bytes, and the last window inside the row.
+bool GroupsFit(const uint32_t* index, size_t x, size_t count, uint32_t srcWidth) {
+  for (size_t g = x; g < x + count; g += 4)
+    if (index[g + 3] - index[g] > 14) return false;
+  return size_t(index[x + count - 4]) + 16 <= srcWidth;
+}
+
+// Four taps per 128-bit block: the block's window, the group's shuffle words
+// put in[index] and in[index + 1] into the 16-bit halves of each lane, and
+// one multiply-add of 16-bit pairs with the packed weights gives
+// w0 a + w1 b.  Groups spread over more than 15 bytes (reductions beyond
+// about 4.5), and those whose window would pass the end of the row, take the
+// portable row.
+template <class D32>
+size_t InterpolateGroups(D32 d32, const uint8_t* in, const ovkBilinearTable& columns, uint32_t srcWidth,
+                         uint32_t* out, size_t x, size_t count) {
+  const hn::Repartition<uint8_t, D32> d8;
+  const hn::Repartition<int16_t, D32> d16;
+  const hn::RebindToUnsigned<D32> du32;
+  const size_t lanes = hn::Lanes(d32);
+  for (; x + lanes <= count && GroupsFit(columns.index, x, lanes, srcWidth); x += lanes) {
+    const auto shuffle = hn::BitCast(d8, hn::LoadU(du32, columns.shuffle + x));
+    const auto window = LoadGroupWindows(d8, in, columns.index + x);
+    const auto pairs = hn::BitCast(d16, hn::TableLookupBytesOr0(window, shuffle));
+    const auto weights = hn::BitCast(d16, hn::LoadU(du32, columns.weights + x));
+    auto odd = hn::Zero(d32);
+    const auto even = hn::ReorderWidenMulAccumulate(d32, pairs, weights, hn::Zero(d32), odd);
+    hn::StoreU(hn::BitCast(du32, hn::RearrangeToOddPlusEven(even, odd)), du32, out + x);
+  }
+  return x;
+}
+
+void BilinearInterpolateRow(const uint8_t* in, const ovkBilinearTable& columns, uint32_t srcWidth, uint32_t* out,
+                            uint32_t count) {
+  size_t x = InterpolateGroups(hn::ScalableTag<int32_t>(), in, columns, srcWidth, out, 0, count);
+  x = InterpolateGroups(hn::Full128<int32_t>(), in, columns, srcWidth, out, x, count);
+  const ovkBilinearTable rest = {columns.index + x, columns.weights + x, columns.shuffle + x};
+  ovkBilinearRowOpsC.interpolateRow(in, rest, srcWidth, out + x, uint32_t(count - x));
 }
 
 // 32-bit products as in the portable code (at most 2049 x 2049 x 255 + 2^21),
