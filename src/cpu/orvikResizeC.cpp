@@ -54,26 +54,36 @@ PolyTap polyTap(uint32_t i, uint32_t srcSize, uint32_t dstSize) {
 size_t clampLine(int64_t i, uint32_t size) { return size_t(std::min<int64_t>(std::max<int64_t>(i, 0), size - 1)); }
 
 // Column sums in 32 bits, interleaved like the pixels; exact, so the order of
-// the two passes does not change a result.
+// the two passes does not change a result.  Weights, lines and taps are read
+// into locals first: the stores could otherwise alias them and keep the
+// compiler from vectorising the loops.
 void polyVerticalRow(const uint8_t* const* lines, const int32_t* weights, ovkPolyStrip& strip) {
   const size_t values = size_t(strip.columns) * strip.channels;
+  const int32_t w0 = weights[0], w1 = weights[1], w2 = weights[2], w3 = weights[3];
+  const uint8_t *l0 = lines[0], *l1 = lines[1], *l2 = lines[2], *l3 = lines[3];
   int32_t* sums = strip.sums.wide;
-  for (size_t i = 0; i < values; ++i)
-    sums[i] = weights[0] * lines[0][i] + weights[1] * lines[1][i] + weights[2] * lines[2][i] +
-              weights[3] * lines[3][i];
+  for (size_t i = 0; i < values; ++i) sums[i] = w0 * l0[i] + w1 * l1[i] + w2 * l2[i] + w3 * l3[i];
+}
+
+template <uint32_t kChannels>
+void polyHorizontal(const ovkPolyStrip& strip, uint8_t* out) {
+  const uint32_t count = strip.count;
+  const ovkPolyTap* taps = strip.taps;
+  const int32_t* sums = strip.sums.wide;
+  for (uint32_t i = 0; i < count; ++i) {
+    const ovkPolyTap tap = taps[i];
+    const int32_t w0 = tap.weights[0], w1 = tap.weights[1], w2 = tap.weights[2], w3 = tap.weights[3];
+    for (uint32_t c = 0; c < kChannels; ++c) {
+      const int32_t sum = w0 * sums[tap.offset[0] * kChannels + c] + w1 * sums[tap.offset[1] * kChannels + c] +
+                          w2 * sums[tap.offset[2] * kChannels + c] + w3 * sums[tap.offset[3] * kChannels + c];
+      out[size_t(i) * kChannels + c] = uint8_t(std::min(std::max((sum + 8192) >> 14, 0), 255));
+    }
+  }
 }
 
 void polyHorizontalRow(const ovkPolyStrip& strip, uint8_t* out) {
-  const uint32_t channels = strip.channels;
-  const int32_t* sums = strip.sums.wide;
-  for (uint32_t i = 0; i < strip.count; ++i) {
-    const ovkPolyTap& tap = strip.taps[i];
-    for (uint32_t c = 0; c < channels; ++c) {
-      int32_t sum = 0;
-      for (int k = 0; k < 4; ++k) sum += tap.weights[k] * sums[tap.offset[k] * channels + c];
-      out[size_t(i) * channels + c] = uint8_t(std::min(std::max((sum + 8192) >> 14, 0), 255));
-    }
-  }
+  if (strip.channels == 1) return polyHorizontal<1>(strip, out);
+  polyHorizontal<2>(strip, out);
 }
 
 }  // namespace
