@@ -90,27 +90,6 @@ void fillSource(GuardedImage& src, uint32_t rowBytes, bool extremes, std::mt1993
     for (uint32_t x = 0; x < rowBytes; ++x) src.row(y)[x] = (rng() & 1) ? 255 : 0;
 }
 
-// A stride of at least `rowBytes` whose image starts at an address of the
-// wanted parity where the padding can decide it.
-uint32_t strideFor(uint32_t rowBytes, uint32_t height, bool odd, std::mt19937& rng) {
-  const uint32_t base = rowBytes + rng() % 11;
-  for (uint32_t extra = 0; extra < 2; ++extra) {
-    const uint32_t stride = base + extra;
-    const size_t bytes = size_t(height - 1) * stride + rowBytes;  // the start is a page end minus this
-    if ((bytes & 1) == odd) return stride;
-  }
-  return base;
-}
-
-// Offset of the first byte, padding included, where two images differ; -1
-// when none does.
-int64_t firstDifference(const GuardedImage& a, const GuardedImage& b) {
-  const size_t bytes = size_t(a.height() - 1) * a.stride() + a.width();
-  for (size_t i = 0; i < bytes; ++i)
-    if (a.data()[i] != b.data()[i]) return int64_t(i);
-  return -1;
-}
-
 struct Counters {
   size_t runs = 0, oddStarts = 0;
 };
@@ -119,9 +98,9 @@ void compare(const KernelPair& pair, const Shape& shape, const std::string& targ
              Counters& counters) {
   const uint32_t srcRow = shape.srcWidth * pair.channels, dstRow = shape.dstWidth * pair.channels;
   const size_t run = counters.runs++;
-  GuardedImage src(srcRow, shape.srcHeight, strideFor(srcRow, shape.srcHeight, run & 1, rng));
+  GuardedImage src(srcRow, shape.srcHeight, strideWithStartParity(srcRow, shape.srcHeight, run & 1, rng));
   fillSource(src, srcRow, run % 3 == 0, rng);
-  const uint32_t dstStride = strideFor(dstRow, shape.dstHeight, run & 2, rng);
+  const uint32_t dstStride = strideWithStartParity(dstRow, shape.dstHeight, run & 2, rng);
   GuardedImage vector(dstRow, shape.dstHeight, dstStride), portable(dstRow, shape.dstHeight, dstStride);
   counters.oddStarts +=
       (reinterpret_cast<uintptr_t>(src.data()) & 1) + (reinterpret_cast<uintptr_t>(vector.data()) & 1);

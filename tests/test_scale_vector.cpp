@@ -146,27 +146,6 @@ void fillSource(GuardedImage& src, uint32_t rowBytes, uint32_t pixelBytes, std::
     }
 }
 
-// A stride of at least `rowBytes` whose image starts at an address of the
-// wanted parity where the padding can decide it.
-uint32_t strideFor(uint32_t rowBytes, uint32_t height, bool odd, std::mt19937& rng) {
-  const uint32_t base = rowBytes + rng() % 11;
-  for (uint32_t extra = 0; extra < 2; ++extra) {
-    const uint32_t stride = base + extra;
-    const size_t bytes = size_t(height - 1) * stride + rowBytes;  // the start is a page end minus this
-    if ((bytes & 1) == odd) return stride;
-  }
-  return base;
-}
-
-// Offset of the first byte, padding included, where two images differ; -1
-// when none does.
-int64_t firstDifference(const GuardedImage& a, const GuardedImage& b) {
-  const size_t bytes = size_t(a.height() - 1) * a.stride() + a.width();
-  for (size_t i = 0; i < bytes; ++i)
-    if (a.data()[i] != b.data()[i]) return int64_t(i);
-  return -1;
-}
-
 std::vector<uint32_t> testWidths() {
   std::vector<uint32_t> widths;
   for (uint32_t w = 1; w <= 70; ++w) widths.push_back(w);
@@ -187,9 +166,9 @@ TEST(ScaleVectors, MatchPortableOnEveryTarget) {
             const uint32_t srcRow = width * pair.srcPixelBytes;
             const uint32_t dstWidth = std::max(shape.dstWidth, 1u), dstHeight = std::max(shape.dstHeight, 1u);
             const uint32_t dstRow = dstWidth * pair.dstPixelBytes;
-            GuardedImage src(srcRow, height, strideFor(srcRow, height, runs & 1, rng));
+            GuardedImage src(srcRow, height, strideWithStartParity(srcRow, height, runs & 1, rng));
             fillSource(src, srcRow, pair.srcPixelBytes, rng);
-            const uint32_t dstStride = strideFor(dstRow, dstHeight, runs & 2, rng);
+            const uint32_t dstStride = strideWithStartParity(dstRow, dstHeight, runs & 2, rng);
             GuardedImage vector(dstRow, dstHeight, dstStride), portable(dstRow, dstHeight, dstStride);
             oddStarts += (reinterpret_cast<uintptr_t>(src.data()) & 1) + (reinterpret_cast<uintptr_t>(vector.data()) & 1);
             ++runs;

@@ -50,3 +50,20 @@ bool GuardedImage::paddingIntact() const {
       if (row(y)[x] != kSentinel) return false;
   return true;
 }
+
+uint32_t strideWithStartParity(uint32_t rowBytes, uint32_t height, bool odd, std::mt19937& rng) {
+  const uint32_t base = rowBytes + rng() % 11;
+  for (uint32_t extra = 0; extra < 2; ++extra) {
+    const uint32_t stride = base + extra;
+    const size_t bytes = size_t(height - 1) * stride + rowBytes;  // the start is a page end minus this
+    if ((bytes & 1) == odd) return stride;
+  }
+  return base;
+}
+
+int64_t firstDifference(const GuardedImage& a, const GuardedImage& b) {
+  const size_t bytes = size_t(a.height() - 1) * a.stride() + a.width();
+  for (size_t i = 0; i < bytes; ++i)
+    if (a.data()[i] != b.data()[i]) return int64_t(i);
+  return -1;
+}

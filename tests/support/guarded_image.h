@@ -52,4 +52,13 @@ class GuardedImage {
   GuardedBuffer buffer_;
 };
 
+// A stride of at least `rowBytes` (a little more, drawn from `rng`) whose
+// image of `height` rows starts at an odd or even address, where the padding
+// can decide it.
+uint32_t strideWithStartParity(uint32_t rowBytes, uint32_t height, bool odd, std::mt19937& rng);
+
+// Offset of the first byte, row padding included, where two images of bytes
+// differ; -1 when none does.
+int64_t firstDifference(const GuardedImage& a, const GuardedImage& b);
+
 #endif
