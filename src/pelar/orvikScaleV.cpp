@@ -56,7 +56,6 @@ HWY_INLINE V8 NarrowPair(V16 lo, V16 hi) {
 
 // One vector of 16-bit lanes holding at most 255 as bytes, half a vector.
 HWY_INLINE void StoreNarrow(V16 v, uint8_t* out) {
-  const D16 d16;
   const hn::Rebind<uint8_t, D16> d8;
   hn::StoreU(hn::DemoteTo(d8, hn::BitCast(hn::RebindToSigned<D16>(), v)), d8, out);
 }
