@@ -28,17 +28,6 @@ using V8 = hn::Vec<D8>;
 using V16 = hn::Vec<D16>;
 using V32 = hn::Vec<D32>;
 
-// Vector starts covering [0, count) for count >= lanes; the last vector is
-// moved back to end at count, so nothing beyond it is touched.  Every kernel
-// here writes each output from its inputs alone, so the overlap rewrites the
-// same bytes.
-template <class At>
-HWY_INLINE void ForEachVector(size_t count, size_t lanes, At at) {
-  size_t i = 0;
-  for (; i + lanes <= count; i += lanes) at(i);
-  if (i < count) at(count - lanes);
-}
-
 #if HWY_TARGET != HWY_SCALAR
 
 // Each 16-bit lane's low byte plus its high byte: the sum of a column pair.

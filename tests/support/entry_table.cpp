@@ -637,32 +637,47 @@ std::vector<EntryInfo> scaleEntries() {
                     resized(resizeWidth, polyHeight, 1, 0, 1), kInterpolation, {{0}, {1}, {2}}, {{3}}, invoke};
     return entry;
   };
+  // Sizes that are not multiples of `n` are refused.
+  const auto multiplesOf = [](uint32_t n, EntryInfo entry) {
+    entry.sizeStep = n;
+    return entry;
+  };
+  // A null dst, which the condition does not name, is refused on its own line.
+  const auto dstCheckedApart = [](EntryInfo entry) {
+    entry.extraCondition = "dst";
+    return entry;
+  };
+  // Sizes the entry cannot divide are refused with "Error at" first.
+  const auto divisionChecked = [](EntryInfo entry) {
+    entry.sizePrecheck = true;
+    return entry;
+  };
   const std::string mn =
       "src && dst && srcWidth && srcHeight && dstWidth && dstHeight && (srcStride==0 || srcStride >=srcWidth) && "
       "(dstStride == 0 || dstStride >= dstWidth) && dstWidth * 20 > srcWidth && dstHeight * 20 > srcHeight";
   std::vector<EntryInfo> entries = {
-      silent("ovkScaleDownBy2u8", 2, false, resized(half, half, 1, -1, -1),
-             OVK_STATUS(ovkScaleDownBy2u8(u8(c, 0), c.width, c.height, out8(c, 1)))),
-      silent("ovkScaleDownBy2u8_v2", 2, true, resized(half, half, 1, 0, 1),
-             OVK_STATUS(ovkScaleDownBy2u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1)))),
-      silent("ovkScaleDownBy4u8", 4, false, resized(quarter, quarter, 1, -1, -1),
-             OVK_STATUS(ovkScaleDownBy4u8(u8(c, 0), c.width, c.height, out8(c, 1)))),
-      silent("ovkScaleDownBy4u8_v2", 4, true, resized(quarter, quarter, 1, 0, 1),
-             OVK_STATUS(ovkScaleDownBy4u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1)))),
+      multiplesOf(2, silent("ovkScaleDownBy2u8", 2, false, resized(half, half, 1, -1, -1),
+             OVK_STATUS(ovkScaleDownBy2u8(u8(c, 0), c.width, c.height, out8(c, 1))))),
+      multiplesOf(2, silent("ovkScaleDownBy2u8_v2", 2, true, resized(half, half, 1, 0, 1),
+             OVK_STATUS(ovkScaleDownBy2u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1))))),
+      multiplesOf(4, silent("ovkScaleDownBy4u8", 4, false, resized(quarter, quarter, 1, -1, -1),
+             OVK_STATUS(ovkScaleDownBy4u8(u8(c, 0), c.width, c.height, out8(c, 1))))),
+      multiplesOf(4, silent("ovkScaleDownBy4u8_v2", 4, true, resized(quarter, quarter, 1, 0, 1),
+             OVK_STATUS(ovkScaleDownBy4u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1))))),
       silent("ovkScaleDown3To2u8", 1, true, resized(twoThirdsOfBlocks, twoThirdsOfBlocks, 1, 0, 1),
              OVK_STATUS(ovkScaleDown3To2u8(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), c.stride(1)))),
       silent("ovkScaleDownNNu8", 1, true, resized(nnWidth, nnHeight, 1, 0, 1),
              OVK_STATUS(OVK_RESIZE_CALL(ovkScaleDownNNu8, nnWidth, nnHeight))),
-      logged("ovkScaleDownu8",
+      divisionChecked(logged("ovkScaleDownu8",
              "src && dst && width && height && dstWidth && dstHeight && width >= dstWidth && height >= dstHeight", 1, 1,
              false, false, resized(wholeFactorOf, wholeFactorOf, 1, -1, -1),
              OVK_VOID(ovkScaleDownu8(u8(c, 0), c.width, c.height, out8(c, 1), wholeFactorOf(c.width),
-                                     wholeFactorOf(c.height)))),
-      logged("ovkScaleDownu8_v2",
+                                     wholeFactorOf(c.height))))),
+      divisionChecked(logged("ovkScaleDownu8_v2",
              "src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && dstWidth && dstHeight && (dstStride >= "
              "dstWidth) && srcWidth >= dstWidth && srcHeight >= dstHeight",
              1, 1, true, false, resized(wholeFactorOf, wholeFactorOf, 1, 0, 1),
-             OVK_VOID(OVK_RESIZE_CALL(ovkScaleDownu8_v2, wholeFactorOf, wholeFactorOf))),
+             OVK_VOID(OVK_RESIZE_CALL(ovkScaleDownu8_v2, wholeFactorOf, wholeFactorOf)))),
       logged("ovkScaleDownBLu8",
              "src && srcWidth && srcHeight && (srcStride >= srcWidth) && dst && dstWidth && dstHeight && (dstStride >= "
              "dstWidth)",
@@ -675,10 +690,10 @@ std::vector<EntryInfo> scaleEntries() {
              "&& (dstStride == 0 || dstStride >= dstWidth*2) && dstWidth * 20 > srcWidth && dstHeight * 20 > srcHeight",
              1, 1, true, true, resized(mnWidth, mnHeight, 2, 0, 1),
              OVK_VOID(OVK_RESIZE_CALL(ovkScaleDownMNInterleaveu8, mnWidth, mnHeight))),
-      logged("ovkScaleDownBy2Gaussian5x5u8",
+      divisionChecked(multiplesOf(2, logged("ovkScaleDownBy2Gaussian5x5u8",
              "src && dst && width && height && ((width & 1) == 0 ) && ((height & 1) == 0)", 2, 2, false, false,
              resized(half, half, 1, -1, -1),
-             OVK_VOID(ovkScaleDownBy2Gaussian5x5u8(u8(c, 0), c.width, c.height, out8(c, 1)))),
+             OVK_VOID(ovkScaleDownBy2Gaussian5x5u8(u8(c, 0), c.width, c.height, out8(c, 1)))))),
       logged("ovkScaleDownBy2Gaussian5x5u8_v2",
              "src && dst && srcWidth && srcHeight && (srcStride >= srcWidth) && (dstStride >= srcWidth/2)", 1, 1, true,
              true, resized(half, half, 1, 0, 1),
@@ -697,16 +712,16 @@ std::vector<EntryInfo> scaleEntries() {
              true, resized(twice, twice, 1, 0, 1),
              OVK_VOID(ovkScaleUpBy2Gaussian5x5u8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1),
                                                     c.stride(1)))),
-      logged("ovkScaleDownBy2Gaussian5x5f32",
+      dstCheckedApart(multiplesOf(2, logged("ovkScaleDownBy2Gaussian5x5f32",
              "srcImg && width && height && ((width & 1) == 0 ) && ((height & 1) == 0)", 2, 2, false, false,
              floatsHalved(false),
-             OVK_VOID(ovkScaleDownBy2Gaussian5x5f32(c.in<float>(0), c.width, c.height, c.out<float>(1)))),
-      logged("ovkScaleDownBy2Gaussian5x5f32_v2",
+             OVK_VOID(ovkScaleDownBy2Gaussian5x5f32(c.in<float>(0), c.width, c.height, c.out<float>(1)))))),
+      multiplesOf(2, logged("ovkScaleDownBy2Gaussian5x5f32_v2",
              "src && dst && srcWidth && srcHeight && ((srcWidth & 1) == 0 ) && ((srcHeight & 1) == 0) && (srcStride "
              ">= srcWidth*4) && (dstStride >= srcWidth*2)",
              2, 2, true, true, floatsHalved(true),
              OVK_VOID(ovkScaleDownBy2Gaussian5x5f32_v2(c.in<float>(0), c.width, c.height, c.stride(0),
-                                                       c.out<float>(1), c.stride(1)))),
+                                                       c.out<float>(1), c.stride(1))))),
       logged("ovkScaleUpPolyu8",
              "src && dst && srcWidth && srcHeight && (srcStride == 0 || srcStride >= srcWidth) && dstWidth && "
              "dstHeight && (dstStride == 0 || dstStride >= dstWidth)",
@@ -724,15 +739,6 @@ std::vector<EntryInfo> scaleEntries() {
              OVK_STATUS(ovkScaleu8_v2(u8(c, 0), c.width, c.height, c.stride(0), out8(c, 1), resizeWidth(c.width),
                                       polyHeight(c.height), c.stride(1), uint32_t(c.options[0])))),
   };
-  for (EntryInfo& entry : entries) {
-    if (entry.name == "ovkScaleDownBy2Gaussian5x5f32") entry.extraCondition = "dst";
-    if (entry.name.find("By4u8") != std::string::npos) entry.sizeStep = 4;
-    if (entry.name.find("By2u8") != std::string::npos || entry.name == "ovkScaleDownBy2Gaussian5x5u8" ||
-        entry.name.find("5x5f32") != std::string::npos)
-      entry.sizeStep = 2;
-    entry.sizePrecheck = entry.name == "ovkScaleDownu8" || entry.name == "ovkScaleDownu8_v2" ||
-                         entry.name == "ovkScaleDownBy2Gaussian5x5u8";
-  }
   return entries;
 }
 
