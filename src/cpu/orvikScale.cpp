@@ -76,6 +76,18 @@ bool evenSize(uint32_t width, uint32_t height) {
   return false;
 }
 
+// After the condition: zero strides mean packed rows of `channels` bytes a
+// pixel, then the span check and the call.
+template <class E>
+void callPackedResize(uint32_t impl, const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
+                      uint8_t* dst, uint32_t dstWidth, uint32_t dstHeight, uint32_t dstStride, uint32_t channels) {
+  srcStride = ovkPackedStride(srcStride, srcWidth * channels);
+  dstStride = ovkPackedStride(dstStride, dstWidth * channels);
+  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, uint64_t(srcWidth) * channels, srcStride),
+                    ovkOutput(dstHeight, uint64_t(dstWidth) * channels, dstStride));
+  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
+}
+
 }  // namespace
 
 extern "C" {
@@ -161,10 +173,7 @@ OVK_API void ovkScaleDownMNu8(const uint8_t* src, uint32_t srcWidth, uint32_t sr
   using E = ovkEntry::ScaleDownMNu8;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && dstWidth && dstHeight && (srcStride==0 || srcStride >=srcWidth) && (dstStride == 0 || dstStride >= dstWidth) && dstWidth * 20 > srcWidth && dstHeight * 20 > srcHeight);
-  srcStride = ovkPackedStride(srcStride, srcWidth);
-  dstStride = ovkPackedStride(dstStride, dstWidth);
-  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(dstHeight, dstWidth, dstStride));
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
+  callPackedResize<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 1);
 }
 
 OVK_API void ovkScaleDownMNInterleaveu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -173,11 +182,7 @@ OVK_API void ovkScaleDownMNInterleaveu8(const uint8_t* src, uint32_t srcWidth, u
   using E = ovkEntry::ScaleDownMNInterleaveu8;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && dstWidth && dstHeight && (srcStride==0 || srcStride >=srcWidth*2) && (dstStride == 0 || dstStride >= dstWidth*2) && dstWidth * 20 > srcWidth && dstHeight * 20 > srcHeight);
-  srcStride = ovkPackedStride(srcStride, srcWidth * 2);
-  dstStride = ovkPackedStride(dstStride, dstWidth * 2);
-  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, uint64_t(srcWidth) * 2, srcStride),
-                    ovkOutput(dstHeight, uint64_t(dstWidth) * 2, dstStride));
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
+  callPackedResize<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 2);
 }
 
 // ---- Gaussian pyramids' steps ----------------------------------------------------------
@@ -265,10 +270,7 @@ OVK_API void ovkScaleUpPolyu8(const uint8_t* src, uint32_t srcWidth, uint32_t sr
   using E = ovkEntry::ScaleUpPolyu8;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && (srcStride == 0 || srcStride >= srcWidth) && dstWidth && dstHeight && (dstStride == 0 || dstStride >= dstWidth));
-  srcStride = ovkPackedStride(srcStride, srcWidth);
-  dstStride = ovkPackedStride(dstStride, dstWidth);
-  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, srcWidth, srcStride), ovkOutput(dstHeight, dstWidth, dstStride));
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
+  callPackedResize<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 1);
 }
 
 OVK_API void ovkScaleUpPolyInterleaveu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight,
@@ -277,11 +279,7 @@ OVK_API void ovkScaleUpPolyInterleaveu8(const uint8_t* src, uint32_t srcWidth, u
   using E = ovkEntry::ScaleUpPolyInterleaveu8;
   const uint32_t impl = ovkSelectImpl<E>();
   OVK_REQUIRE(E, src && dst && srcWidth && srcHeight && dstWidth && dstHeight && (srcStride==0 || srcStride >=srcWidth*2) && (dstStride == 0 || dstStride >= dstWidth*2));
-  srcStride = ovkPackedStride(srcStride, srcWidth * 2);
-  dstStride = ovkPackedStride(dstStride, dstWidth * 2);
-  OVK_REQUIRE_SPANS(E, ovkInput(srcHeight, uint64_t(srcWidth) * 2, srcStride),
-                    ovkOutput(dstHeight, uint64_t(dstWidth) * 2, dstStride));
-  ovkCallVoid<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride);
+  callPackedResize<E>(impl, src, srcWidth, srcHeight, srcStride, dst, dstWidth, dstHeight, dstStride, 2);
 }
 
 OVK_API ovkStatusCode ovkScaleu8(const uint8_t* src, uint32_t srcWidth, uint32_t srcHeight, uint32_t srcStride,
